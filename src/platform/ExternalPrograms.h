@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+/// Other programs that Shotly starts. They outlive Shotly; nothing waits for them. Failures throw
+/// RunTimeError.
+class ExternalPrograms
+{
+public:
+    virtual ~ExternalPrograms() = default;
+
+    /// Opens a file or a folder with the program that the desktop has for it.
+    virtual void openWithDesktop(const QString &path) = 0;
+
+    /// Opens a picture in the external paint program: `program` when it is not empty, else the first one
+    /// installed of a short list.
+    virtual void paint(const QString &program, const QString &picturePath) = 0;
+};

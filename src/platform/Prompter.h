@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// Every question and message of the program, so that a test can answer exactly the one it means.
+enum class Question {
+    // start-up
+    BaseDirectoryCreated,
+    ApplicationFolderFailed,
+    // database
+    NoPageFound,
+    DatabaseUnreachable,
+    DatabaseListFailed,
+    // project directories
+    ProjectDirectoryMissing,
+    OldDocumentsDirectoryMissing,
+    ChooseBaseDirectory,
+    BaseDirectoryNotExisting,
+    // capture run
+    ProjectNameMissing,
+    KeepExistingPages,
+    SnapshotsWillBeSavedAt,
+    CaptureWillStop,
+    CaptureNotPossible,
+    PagesNotRegistered,
+    SnapshotsNotMarked,
+    HelpNotAvailable,
+    // main window
+    ProjectNameCharacter,
+    HotKeysFailed,
+    ShotDelay,
+    ShotDelayNotPositive,
+    SaveSnapshotAs,
+    CannotGoIntoTray,
+    AboutShotly,
+    CommandFailed,
+    OpenFailed,
+    // documents
+    NoPagesForDocuments,
+    OverwriteContentsPage,
+    NewContentsPageName,
+    OverwriteHtmlFile,
+    NewHtmlFileName,
+    SelectProjectForDocuments,
+    DocumentFormat,
+    HtmlPagesCreated,
+    DocumentsFailed,
+    CloseWordFirst,
+    WordNotInstalled,
+};
+
+enum class Answer {
+    Ok,
+    Yes,
+    No,
+    Cancel ///< also what closing the box or Escape means, where the box has a Cancel button or only OK
+};
+
+enum class Buttons {
+    YesNo, ///< closing the box is No
+    YesNoCancel
+};
+
+enum class Icon { None, Information, Question, Exclamation, Critical };
+
+/// A message or question in a modal box. Lines of `text` are joined with CR LF.
+struct PromptText {
+    QString text;
+    QString title = QStringLiteral("Shotly");
+    Icon icon = Icon::None;
+};
+
+struct FilePrompt {
+    QString title;
+    QString directory;
+    QString fileName;
+    QString filter; ///< "Image Files (*.bmp)|*.bmp": pairs of label and patterns, patterns joined with ";"
+    bool askOverwrite = false;
+};
+
+/// The only way to talk to the user in mid-action; passed by reference to whoever asks.
+class Prompter
+{
+public:
+    virtual ~Prompter() = default;
+
+    /// Shows a message with an OK button and returns when it is closed, however.
+    virtual void tell(Question which, const PromptText &prompt) = 0;
+
+    /// Asks; closing the box is the safe answer: Cancel if there is such a button, else No.
+    virtual Answer ask(Question which, Buttons buttons, const PromptText &prompt) = 0;
+
+    /// Asks for a line of text. Nothing when the user cancels; an empty line is an answer.
+    virtual std::optional<QString> input(Question which, const PromptText &prompt,
+                                         const QString &proposal) = 0;
+
+    /// Asks for files and folders; absolute paths, nothing when the user cancels.
+    virtual std::optional<QString> openFile(Question which, const FilePrompt &prompt) = 0;
+    virtual std::optional<QString> saveFile(Question which, const FilePrompt &prompt) = 0;
+    virtual std::optional<QString> pickFolder(Question which, const QString &title, const QString &start) = 0;
+};

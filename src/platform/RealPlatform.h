@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/Database.h"
+#include "platform/ExternalPrograms.h"
+#include "platform/HotKeys.h"
+#include "platform/InputHook.h"
+#include "platform/Screen.h"
+#include "platform/Sound.h"
+
+#include <memory>
+
+/// The real parts of the platform layer, owned by Main.
+struct Platform {
+    std::unique_ptr<Clock> clock;
+    std::unique_ptr<Screen> screen;
+    std::unique_ptr<InputHook> inputHook;
+    std::unique_ptr<HotKeys> hotKeys;
+    std::unique_ptr<Sound> sound;
+    std::unique_ptr<Database> database;
+    std::unique_ptr<ExternalPrograms> programs;
+};
+
+/// Makes them. Without an X display the program still starts: screen, hook and hot keys are stand-ins then,
+/// which see nothing, and a capture run says why it cannot begin.
+Platform makeRealPlatform();

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// How one screen asks for another without knowing it. The main window implements it; everybody else sees
+/// only this. Requests are handed over through Module1's variables where there is more to say than a path.
+class Workspace
+{
+public:
+    virtual ~Workspace() = default;
+
+    /// The text of the project box, untrimmed, and the names of its list.
+    virtual QString projectText() const = 0;
+    virtual QStringList projectNames() const = 0;
+    virtual void setProjectText(const QString &name) = 0;
+    virtual void addProjectName(const QString &name) = 0;
+
+    /// Shows Module1::CurrentImagePath in the snapshot viewer, as a tab "Screen Shots".
+    virtual void openViewer() = 0;
+
+    /// Shows Module1::ContentsPagePath in the browser, as a tab "Contents".
+    virtual void openContentsPage() = 0;
+
+    /// Opens a topic ("multi.htm") of the help.
+    virtual void openHelp(const QString &topic) = 0;
+
+    /// The hourglass, or the default pointer shape.
+    virtual void setBusyPointer(bool busy) = 0;
+
+    virtual void minimise() = 0;
+    virtual void restoreNormal() = 0;
+
+    /// Closes the tab that shows generated pages, so that nothing holds them.
+    virtual void closeWebSearchTab() = 0;
+
+    /// Screens that show pages of the database read them again.
+    virtual void refreshPageViews() = 0;
+};
