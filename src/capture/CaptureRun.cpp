@@ -1,0 +1,273 @@
+#include "capture/CaptureRun.h"
+
+#include "pagestore/Statements.h"
+#include "platform/RunTimeError.h"
+#include "platform/VirtualKeys.h"
+#include "settings/OptionsStore.h"
+
+#include <QScopeGuard>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr int escapeWait = 50; // milliseconds
+constexpr int rightButton = 2;
+} // namespace
+
+CaptureRun::CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files,
+                       PointerMarker &marker)
+    : m_services(services), m_grabbing(grabbing), m_files(files), m_marker(marker)
+{
+}
+
+bool CaptureRun::isProjectName(const QString &name)
+{
+    return !name.isEmpty() && std::all_of(name.begin(), name.end(), [](QChar c) {
+        return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') ||
+               c == u'-' || c == u'_';
+    });
+}
+
+void CaptureRun::begin(EventSink sink)
+{
+    Module1 &state = m_services.state;
+    if (state.CaptureRunning) {
+        m_services.view.raiseStopBar();
+        return;
+    }
+    if (m_changing)
+        return;
+    m_changing = true;
+    const auto done = qScopeGuard([this] { m_changing = false; });
+
+    state.ShotCounter = 1;
+    state.PointerX = Module1::noPointer;
+    state.PointerY = 0;
+    const QString typed = m_services.workspace.projectText().trimmed();
+    if (nameMissing(typed))
+        return;
+    m_services.directories.LocateProjectDirectory();
+    const QString name = state.AppOptions.ProjectName;
+    if (state.ProjectDirectory.trimmed().isEmpty())
+        state.ProjectDirectory = FileSystem::join(state.AppOptions.BaseDirectory, name);
+    if (!ListContains(m_services.workspace.projectNames(), name))
+        m_services.workspace.addProjectName(name);
+    m_services.workspace.setProjectText(name);
+    if (!prepareDirectory())
+        return;
+    OptionsStore::writeProjectName(state.OptionsFilePath, name);
+    if (state.AppOptions.ShowLessMessage == 0)
+        m_services.prompter.tell(
+            Question::SnapshotsWillBeSavedAt,
+            {u"All screen-shots will be saved at "_s + state.ProjectDirectory, state.AppTitle});
+    startWatching(std::move(sink));
+}
+
+bool CaptureRun::nameMissing(const QString &name)
+{
+    if (name.isEmpty()) {
+        m_services.prompter.tell(Question::ProjectNameMissing,
+                                 {u"Please enter a new project name into the pink\r\n"
+                                  "'Multi-Snapshot Project' drop down list\r\n"
+                                  "\r\nor\r\n\r\n"
+                                  "select an existing project from the pink\r\n"
+                                  "'Multi-Snapshot Project' list."_s,
+                                  u"Enter or Select a Project Name"_s});
+        return true;
+    }
+    if (isProjectName(name) || ListContains(m_services.workspace.projectNames(), name))
+        return false;
+    m_services.prompter.tell(
+        Question::ProjectNameCharacter,
+        {u"Only alphabet, number, - and _ allowed in this box."_s, m_services.state.AppTitle});
+    return true;
+}
+
+bool CaptureRun::prepareDirectory()
+{
+    Module1 &state = m_services.state;
+    if (!state.FileSystem.folderExists(state.ProjectDirectory)) {
+        takeOverExistingPages();
+        state.FileSystem.createFolder(state.ProjectDirectory);
+        return true;
+    }
+    const Answer answer = m_services.prompter.ask(
+        Question::KeepExistingPages, Buttons::YesNoCancel,
+        {u"The project File Directory already exists. Keep existing pages?\r\n"
+         "The project diretory is:\r\n"
+         "\r\n%1\r\n\r\n"
+         "Click Yes to keep all existing pages and append new pages to the end.\r\n"
+         "Click No to remove all existing pages.\r\n"
+         "Click Cancel to give another name to the project."_s.arg(state.ProjectDirectory),
+         u"Keep existing pages?"_s});
+    switch (answer) {
+    case Answer::Yes: {
+        const QString highest = m_services.database.LookupField(
+            u"PageNumber"_s, Statements::highestPageNumber(state.AppOptions.ProjectName), true);
+        state.PageNumberBase = highest.toInt(); // 0 when it is no number
+        return true;
+    }
+    case Answer::No:
+        removeExistingPages();
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// A known project whose folder has gone goes on behind its last page.
+void CaptureRun::takeOverExistingPages()
+{
+    Module1 &state = m_services.state;
+    const QString project = state.AppOptions.ProjectName;
+    state.PageNumberBase = 0;
+    if (m_services.database.QueryLong(Statements::pageCount(project)) > 0)
+        state.PageNumberBase =
+            m_services.database.LookupField(u"PageNumber"_s, Statements::highestPageNumber(project), false)
+                .toInt();
+}
+
+void CaptureRun::removeExistingPages()
+{
+    Module1 &state = m_services.state;
+    m_services.directories.MoveOldDocuments(u"All"_s);
+    m_services.database.RunSql(QString::fromUtf16(Statements::pageTable),
+                               Statements::restartProject(state.AppOptions.ProjectName));
+    m_services.directories.MoveOldDocuments(u"bmp"_s);
+    m_services.workspace.closeWebSearchTab();
+    m_services.workspace.refreshPageViews();
+    state.PageNumberBase = 0;
+}
+
+void CaptureRun::startWatching(EventSink sink)
+{
+    Module1 &state = m_services.state;
+    const bool stopBar = state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0;
+    state.ShotTable.clear();
+    state.RightClickPending = false;
+    if (stopBar)
+        m_services.view.showStopBar();
+    m_services.workspace.minimise();
+    state.CaptureRunning = true;
+    state.TrayAllowed = false;
+    m_services.view.deleteTrayIcon();
+    try {
+        m_services.hook.start(
+            [this, passOn = std::move(sink)](const InputEvent &event) { deliver(passOn, event); });
+    } catch (const RunTimeError &error) {
+        state.CaptureRunning = false;
+        state.TrayAllowed = true;
+        if (stopBar)
+            m_services.view.hideStopBar();
+        m_services.workspace.restoreNormal();
+        m_services.prompter.tell(Question::CaptureNotPossible,
+                                 {error.description(), state.AppTitle, Icon::Exclamation});
+    }
+}
+
+void CaptureRun::deliver(const EventSink &sink, const InputEvent &event)
+{
+    try {
+        sink(event);
+    } catch (const RunTimeError &error) {
+        tellFailure(error.description());
+    } catch (const std::exception &error) {
+        tellFailure(QString::fromUtf8(error.what()));
+    }
+}
+
+void CaptureRun::tellFailure(const QString &reason)
+{
+    m_services.hook.suspend();
+    m_services.prompter.tell(Question::CommandFailed,
+                             {u"This snapshot could not be taken. The capture goes on.\r\n\r\n"_s + reason,
+                              m_services.state.AppTitle, Icon::Critical});
+    if (m_services.hook.running())
+        m_services.hook.resume(0);
+}
+
+void CaptureRun::keyDown(int keyCode)
+{
+    if (keyCode != VirtualKey::Escape)
+        return;
+    m_services.prompter.tell(
+        Question::CaptureWillStop,
+        {u"Please wait, the multi Screen Capture will stop now."_s, m_services.state.AppTitle});
+    m_services.clock.sleep(escapeWait);
+    releaseHook(); // unless Stop was chosen while the box was open
+}
+
+void CaptureRun::keyUp(int keyCode)
+{
+    const AppOptions &options = m_services.state.AppOptions;
+    if ((keyCode == VirtualKey::Tab && options.SnapShotByPressTab == 1) ||
+        (keyCode == VirtualKey::Return && options.SnapShotByPressReturn == 1))
+        m_files.mkPic();
+}
+
+void CaptureRun::mouseUp(const InputEvent &event)
+{
+    Module1 &state = m_services.state;
+    m_grabbing.setLastPointer(event.position);
+    state.PointerX = event.position.x();
+    state.PointerY = event.position.y();
+    if (event.button == rightButton) {
+        state.RightClickPending = true;
+        state.RightClickX = event.position.x();
+        state.RightClickY = event.position.y();
+        return;
+    }
+    m_files.mkPic();
+}
+
+void CaptureRun::releaseHook()
+{
+    if (!m_services.hook.running())
+        return;
+    try {
+        m_services.hook.stop();
+    } catch (const RunTimeError &) {
+        // The display has gone: nothing more comes from the hook anyway.
+    }
+}
+
+void CaptureRun::stop(std::uint32_t upTo)
+{
+    Module1 &state = m_services.state;
+    if (!state.CaptureRunning || m_changing)
+        return;
+    m_changing = true;
+    const auto done = qScopeGuard([this] { m_changing = false; });
+    if (m_services.hook.running())
+        m_services.hook.drain(upTo);
+    state.CaptureRunning = false;
+    releaseHook();
+    state.TrayAllowed = true;
+    if (state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0)
+        m_services.view.hideStopBar();
+    finish();
+}
+
+void CaptureRun::finish()
+{
+    const int notMarked = m_marker.MarkAllShots(m_services.progress);
+    const SnapshotFiles::Registered registered = m_files.registerPages(m_services.progress);
+    if (notMarked > 0)
+        m_services.prompter.tell(
+            Question::SnapshotsNotMarked,
+            {u"The pointer could not be drawn onto %1 of the snapshots."_s.arg(notMarked),
+             m_services.state.AppTitle, Icon::Exclamation});
+    if (registered.missing > 0)
+        m_services.prompter.tell(
+            Question::PagesNotRegistered,
+            {u"%1 of %2 snapshots could not be registered as pages. Their files are in\r\n%3"_s
+                 .arg(registered.missing)
+                 .arg(registered.missing + registered.pages)
+                 .arg(m_services.state.ProjectDirectory),
+             m_services.state.AppTitle, Icon::Exclamation});
+    m_services.workspace.refreshPageViews();
+    m_services.directories.show1stPic();
+}

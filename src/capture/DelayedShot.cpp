@@ -1,0 +1,97 @@
+#include "capture/DelayedShot.h"
+
+#include "platform/ImageFile.h"
+#include "platform/Rounding.h"
+#include "platform/RunTimeError.h"
+
+#include <QScopeGuard>
+
+#include <cmath>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+DelayedShot::DelayedShot(const Services &services, ScreenGrabbing &grabbing)
+    : m_services(services), m_grabbing(grabbing)
+{
+}
+
+std::optional<int> DelayedShot::askDelay()
+{
+    for (;;) {
+        const std::optional<QString> typed =
+            m_services.prompter.input(Question::ShotDelay,
+                                      {u"How many seconds to wait before taking a snapshot?\r\n"
+                                       "Enter a positive integer number only. For 3 seconds, click 'OK'."_s,
+                                       u"How long to wait?"_s},
+                                      u"3"_s);
+        if (!typed || typed->isEmpty())
+            return std::nullopt;
+        bool isNumber = false;
+        const double seconds = typed->trimmed().toDouble(&isNumber);
+        if (!isNumber || !std::isfinite(seconds))
+            continue;
+        if (!typed->contains(u'.') && seconds > 0 && seconds <= INT32_MAX)
+            return Rounding::toInt(seconds);
+        m_services.prompter.tell(
+            Question::ShotDelayNotPositive,
+            {u"Must enter an integer number greater than 0, such as 1,2,3.."_s, m_services.state.AppTitle});
+    }
+}
+
+void DelayedShot::arm(bool activeWindow, int delaySeconds, const QString &path)
+{
+    m_shotDelaySeconds = delaySeconds;
+    m_pendingShotPath = path;
+    m_countdown = 0;
+    m_services.workspace.minimise();
+    m_activeWindowShotArmed = activeWindow;
+    m_desktopShotArmed = !activeWindow;
+}
+
+void DelayedShot::tick()
+{
+    if (!armed())
+        return;
+    if (m_countdown == 0) {
+        m_countdown = m_shotDelaySeconds;
+        return;
+    }
+    if (--m_countdown == 0)
+        take();
+}
+
+void DelayedShot::take()
+{
+    const QString path = std::exchange(m_pendingShotPath, {});
+    const bool activeWindow = m_activeWindowShotArmed;
+    m_activeWindowShotArmed = false;
+    m_desktopShotArmed = false;
+    {
+        const auto restore = qScopeGuard([this] { m_services.workspace.restoreNormal(); });
+        m_grabbing.setLastPointer(m_services.screen.pointerPosition());
+        const QImage picture = activeWindow ? m_grabbing.CaptureActiveWindow() : m_grabbing.CaptureScreen();
+        if (picture.isNull())
+            throw RunTimeError(RunTimeError::InvalidPicture, u"The screen could not be grabbed."_s);
+        ImageFile::save(picture, path);
+        m_services.sound.playAndWait(FileSystem::join(m_services.state.ApplicationPath, u"camera.wav"_s));
+    }
+    m_services.state.CurrentImagePath = path;
+    showImage();
+}
+
+void DelayedShot::showImage()
+{
+    Module1 &state = m_services.state;
+    switch (state.AppOptions.OptionFlags[PaintTool]) {
+    case 0:
+        state.ImageFileRequested = true;
+        m_services.workspace.openViewer();
+        break;
+    case 1:
+        m_services.programs.paint(state.AppOptions.PaintProgram, state.CurrentImagePath);
+        break;
+    default:
+        break;
+    }
+}

@@ -1,0 +1,144 @@
+#include "capture/PointerMarker.h"
+
+#include "platform/ImageFile.h"
+#include "platform/Rounding.h"
+#include "platform/RunTimeError.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr QRgb red = qRgb(0xff, 0, 0);
+
+// The arrow, relative to its tip.
+constexpr QPoint fillStrokes[][2] = {{{1, 2}, {1, 16}}, {{2, 3}, {2, 15}},  {{3, 4}, {3, 14}},
+                                     {{1, 4}, {9, 20}}, {{2, 4}, {10, 19}}, {{4, 5}, {10, 11}},
+                                     {{3, 6}, {9, 10}}, {{2, 7}, {8, 9}}};
+constexpr QPoint outline[] = {{0, 0}, {0, 17}, {4, 12}, {9, 21}, {11, 19}, {7, 11}, {11, 11}, {0, 0}};
+
+void drawArrow(QPainter &painter, QPoint tip, QColor inside, QColor border)
+{
+    painter.setPen(QPen(inside, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    for (const auto &stroke : fillStrokes)
+        painter.drawLine(tip + stroke[0], tip + stroke[1]);
+    painter.setPen(QPen(border, 1));
+    for (std::size_t i = 1; i < std::size(outline); ++i)
+        painter.drawLine(tip + outline[i - 1], tip + outline[i]);
+}
+
+/// The largest of the small sizes at which the label fits into its frame.
+QFont labelFont(const QString &label, QSize room)
+{
+    QFont font;
+    for (int pixels = 12; pixels > 6; --pixels) {
+        font.setPixelSize(pixels);
+        const QFontMetrics metrics(font);
+        if (metrics.horizontalAdvance(label) <= room.width() && metrics.height() <= room.height())
+            break;
+    }
+    return font;
+}
+
+void drawRightClick(QPainter &painter, QPoint click, QColor inside, QColor border)
+{
+    painter.setPen(QPen(border, 1));
+    painter.setBrush(inside);
+    painter.drawEllipse(click, 2, 2);
+    painter.setBrush(Qt::NoBrush);
+
+    const QPoint anchor = click + QPoint(5, -5);
+    const QPoint frame[] = {anchor + QPoint(3, -1), anchor + QPoint(56, -1), anchor + QPoint(56, 14),
+                            anchor + QPoint(3, 14), anchor + QPoint(3, -2)};
+    // Legible whatever lies below.
+    painter.fillRect(QRect(frame[0] + QPoint(1, 1), frame[2] - QPoint(1, 1)), Qt::white);
+    painter.setPen(QPen(QColor(red), 1));
+    for (std::size_t i = 1; i < std::size(frame); ++i)
+        painter.drawLine(frame[i - 1], frame[i]);
+
+    const QString label = u"Right Click"_s;
+    const QPoint corner = click + QPoint(7, -5);
+    painter.setFont(labelFont(label, {frame[2].x() - corner.x() - 3, 15}));
+    painter.drawText(QRect(corner + QPoint(3, 0), QSize(50, 14)),
+                     Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, label);
+}
+} // namespace
+
+PointerMarker::PointerMarker(Module1 &state, Screen &screen) : m_state(state), m_screen(screen) {}
+
+QColor PointerMarker::borderColour(int option)
+{
+    return option == 1 ? QColor(0, 0, 0xff) : QColor(0, 0, 0);
+}
+
+QColor PointerMarker::insideColour(int option)
+{
+    switch (option) {
+    case 0:
+        return QColor(0, 0xff, 0);
+    case 1:
+        return QColor(0xff, 0xff, 0);
+    case 2:
+        return QColor(0xff, 0xff, 0xff);
+    case 3:
+        return QColor(0xff, 0, 0);
+    default:
+        return QColor(0, 0, 0);
+    }
+}
+
+int PointerMarker::MarkAllShots(Progress &progress)
+{
+    if (m_state.ShotTable.size() < 2)
+        return 0;
+    const QColor border = borderColour(m_state.AppOptions.OptionFlags[MouseBorderColor]);
+    const QColor inside = insideColour(m_state.AppOptions.OptionFlags[MouseInsideColor]);
+    ProgressScope scope(progress, u"Drawing the pointer"_s, static_cast<int>(m_state.ShotTable.size()) - 1);
+    int failures = 0;
+    for (std::size_t i = 1; i < m_state.ShotTable.size(); ++i) {
+        try {
+            DrawPointerMarker(i, inside, border);
+        } catch (const RunTimeError &) {
+            ++failures;
+        }
+        scope.step(static_cast<int>(i));
+    }
+    return failures;
+}
+
+void PointerMarker::DrawPointerMarker(std::size_t number, QColor inside, QColor border)
+{
+    ShotEntry &shot = m_state.ShotTable[number];
+    QImage picture = ImageFile::load(shot[ShotPath]);
+    if (shot[ShotReduced] == "True"_L1) {
+        for (const ShotField field : {ShotPointerX, ShotPointerY, ShotRightClickX, ShotRightClickY})
+            shot[field] =
+                QString::number(Rounding::toInt(shot[field].toInt() * 0.01 * m_state.AppOptions.BigPicSize));
+    }
+    drawPointer(picture, {shot[ShotPointerX].toInt(), shot[ShotPointerY].toInt()}, inside, border);
+    if (shot[ShotRightClick] == "True"_L1) {
+        const QPoint click(shot[ShotRightClickX].toInt(), shot[ShotRightClickY].toInt());
+        {
+            QPainter painter(&picture);
+            drawRightClick(painter, click, inside, border);
+        }
+        drawPointer(picture, click, inside, border);
+    }
+    ImageFile::save(picture, shot[ShotPath]);
+}
+
+void PointerMarker::drawPointer(QImage &picture, QPoint tip, QColor inside, QColor border) const
+{
+    QPainter painter(&picture);
+    if (m_state.AppOptions.UseSystemMouseShape) {
+        const CursorShape cursor = m_screen.cursorShape();
+        if (!cursor.image.isNull()) {
+            painter.drawImage(tip, cursor.image);
+            return;
+        }
+    }
+    drawArrow(painter, tip, inside, border);
+}

@@ -1,0 +1,138 @@
+#include "CaptureFixture.h"
+
+#include "platform/ImageFile.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr QRgb grey = qRgb(0xe0, 0xe0, 0xe0);
+constexpr QRgb blue = qRgb(0, 0, 0xff);
+constexpr QRgb yellow = qRgb(0xff, 0xff, 0);
+constexpr QRgb red = qRgb(0xff, 0, 0);
+
+class MarkerTest : public ::testing::Test, protected CaptureFixture
+{
+protected:
+    MarkerTest()
+    {
+        state.AppOptions.OptionFlags[MouseBorderColor] = 1;
+        state.AppOptions.OptionFlags[MouseInsideColor] = 1;
+        state.ShotTable.resize(1);
+    }
+
+    /// A grey snapshot of 800 x 600 with a click and, if there is one, a right click.
+    void addShot(QPoint pointer, std::optional<QPoint> rightClick = {}, bool reduced = false)
+    {
+        const QString path = inProject(u"sh%1.bmp"_s.arg(state.ShotTable.size()));
+        ImageFile::save(screen.picture, path);
+        const QPoint right = rightClick.value_or(QPoint());
+        state.ShotTable.push_back({u"Demo"_s, path, QString::number(pointer.x()),
+                                   QString::number(pointer.y()), u"OK"_s, reduced ? u"True"_s : u"False"_s,
+                                   rightClick ? u"True"_s : u"False"_s, QString::number(right.x()),
+                                   QString::number(right.y())});
+    }
+    QImage marked(std::size_t number = 1) { return ImageFile::load(state.ShotTable[number][ShotPath]); }
+
+    static QRect changed(const QImage &picture)
+    {
+        QRect area;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                if (picture.pixel(x, y) != grey)
+                    area |= QRect(x, y, 1, 1);
+        return area;
+    }
+};
+} // namespace
+
+TEST_F(MarkerTest, TheArrowHasItsTipOnTheClick)
+{
+    addShot({500, 300});
+    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    const QImage picture = marked();
+    EXPECT_EQ(picture.pixel(500, 300), blue);
+    EXPECT_EQ(picture.pixel(500, 317), blue); // left edge of the outline
+    EXPECT_EQ(picture.pixel(511, 311), blue); // right corner
+    EXPECT_EQ(picture.pixel(509, 321), blue); // foot
+    EXPECT_EQ(picture.pixel(503, 308), yellow);
+    EXPECT_EQ(picture.pixel(505, 313), yellow);
+    EXPECT_EQ(changed(picture), QRect(500, 300, 12, 22));
+}
+
+TEST_F(MarkerTest, ColoursFollowTheOptions)
+{
+    EXPECT_EQ(PointerMarker::borderColour(0).rgb(), qRgb(0, 0, 0));
+    EXPECT_EQ(PointerMarker::borderColour(1).rgb(), blue);
+    EXPECT_EQ(PointerMarker::borderColour(2).rgb(), qRgb(0, 0, 0));
+    EXPECT_EQ(PointerMarker::insideColour(0).rgb(), qRgb(0, 0xff, 0));
+    EXPECT_EQ(PointerMarker::insideColour(1).rgb(), yellow);
+    EXPECT_EQ(PointerMarker::insideColour(2).rgb(), qRgb(0xff, 0xff, 0xff));
+    EXPECT_EQ(PointerMarker::insideColour(3).rgb(), red);
+    EXPECT_EQ(PointerMarker::insideColour(-1).rgb(), qRgb(0, 0, 0));
+}
+
+TEST_F(MarkerTest, PositionsOfScaledSnapshotsAreScaled)
+{
+    state.AppOptions.BigPicSize = 90;
+    addShot({500, 300}, QPoint(5, 15), true);
+    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    EXPECT_EQ(entry(1), u"sh1.bmp 450 270 OK True True 4 14"_s); // 4.5 and 13.5 round to the even neighbour
+    EXPECT_EQ(marked().pixel(450, 270), blue);
+    EXPECT_EQ(marked().pixel(500, 300), grey);
+}
+
+TEST_F(MarkerTest, ARightClickIsADotAnArrowAndALabelledFrame)
+{
+    addShot({300, 300}, QPoint(100, 100));
+    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    const QImage picture = marked();
+    EXPECT_EQ(picture.pixel(300, 300), blue);
+    EXPECT_EQ(picture.pixel(100, 100), blue); // the second arrow's tip
+    EXPECT_EQ(picture.pixel(98, 100), blue);  // the dot's left edge
+    // The frame from (108, 94) to (161, 109).
+    EXPECT_EQ(picture.pixel(130, 94), red);
+    EXPECT_EQ(picture.pixel(161, 100), red);
+    EXPECT_EQ(picture.pixel(130, 109), red);
+    EXPECT_EQ(picture.pixel(108, 96), red);
+    EXPECT_EQ(picture.pixel(163, 100), grey);
+    int letters = 0;
+    for (int y = 95; y < 109; ++y)
+        for (int x = 112; x < 161; ++x)
+            letters += qGreen(picture.pixel(x, y)) < 0x80;
+    EXPECT_GT(letters, 40);
+    EXPECT_EQ(changed(picture.copy(0, 0, 250, 200)), QRect(98, 93, 64, 29));
+}
+
+TEST_F(MarkerTest, PositionsOutsideThePictureDrawNothing)
+{
+    addShot({-100, 300});
+    addShot({799, 599});
+    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    EXPECT_TRUE(changed(marked(1)).isEmpty());
+    EXPECT_EQ(changed(marked(2)), QRect(799, 599, 1, 1)); // only the tip of the arrow
+}
+
+TEST_F(MarkerTest, OneSnapshotThatCannotBeMarkedDoesNotKeepTheOthersFromIt)
+{
+    addShot({10, 10});
+    addShot({20, 20});
+    addShot({30, 30});
+    write(state.ShotTable[2][ShotPath], "no picture");
+    EXPECT_EQ(marker.MarkAllShots(progress), 1);
+    EXPECT_EQ(marked(1).pixel(10, 10), blue);
+    EXPECT_EQ(marked(3).pixel(30, 30), blue);
+    EXPECT_EQ(progress.steps, (std::vector<int>{1, 2, 3}));
+    EXPECT_FALSE(progress.open);
+}
+
+TEST_F(MarkerTest, TheSystemsShapeIsDrawnWithItsCornerOnTheClick)
+{
+    state.AppOptions.UseSystemMouseShape = true;
+    screen.shape.image = QImage(4, 4, QImage::Format_ARGB32_Premultiplied);
+    screen.shape.image.fill(Qt::magenta);
+    screen.shape.hotSpot = {2, 2};
+    addShot({200, 200});
+    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    EXPECT_EQ(changed(marked()), QRect(200, 200, 4, 4));
+}
