@@ -1,0 +1,9 @@
+#pragma once
+
+class QApplication;
+
+/// The look of the whole program.
+namespace Appearance
+{
+void apply(QApplication &application);
+}

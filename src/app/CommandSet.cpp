@@ -1,0 +1,110 @@
+#include "app/CommandSet.h"
+
+#include <QAction>
+#include <QIcon>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+QString text(const char *characters)
+{
+    return QString::fromLatin1(characters);
+}
+} // namespace
+
+CommandSet::CommandSet(QMainWindow &window, Trampoline run) : m_window(window), m_run(std::move(run))
+{
+    buildMenus();
+}
+
+void CommandSet::buildMenus()
+{
+    QHash<QString, QMenu *> menus;
+    for (const Menu &row : CommandTable::menus()) {
+        QMenu *menu = m_window.menuBar()->addMenu(text(row.caption));
+        menu->setObjectName(text(row.name));
+        menus.insert(text(row.name), menu);
+    }
+    for (const Command &row : CommandTable::commands()) {
+        QMenu *menu = menus.value(text(row.menu));
+        if (row.separatorBefore)
+            menu->addSeparator();
+        auto *action = new QAction(QIcon(u":/icons/"_s + text(row.icon)), text(row.caption), &m_window);
+        action->setObjectName(text(row.name));
+        action->setMenuRole(QAction::NoRole);
+        if (*row.shortcut != '\0')
+            action->setShortcut(QKeySequence(text(row.shortcut)));
+        if (row.handler)
+            QObject::connect(action, &QAction::triggered, &m_window,
+                             [this, handler = row.handler] { m_run(handler); });
+        menu->addAction(action);
+        m_actions.insert(text(row.name), action);
+    }
+}
+
+void CommandSet::fillToolBar(QToolBar &toolBar)
+{
+    for (const ToolButton &row : CommandTable::toolButtons()) {
+        if (toolBar.objectName() != text(row.toolbar))
+            continue;
+        auto *button = new QToolButton(&toolBar);
+        button->setDefaultAction(action(text(row.command)));
+        button->setObjectName(text(row.key));
+        button->setText(text(row.label));
+        button->setToolTip(text(row.tip));
+        button->setAccessibleName(text(row.tip));
+        button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        button->setAutoRaise(true);
+        // The button keeps its own short texts when the action changes.
+        QObject::connect(action(text(row.command)), &QAction::changed, button, [button, &row] {
+            button->setText(text(row.label));
+            button->setToolTip(text(row.tip));
+        });
+        toolBar.addWidget(button);
+    }
+}
+
+void CommandSet::fillTrayMenu(QMenu &menu)
+{
+    for (const TrayItem &row : CommandTable::trayItems()) {
+        QAction *repeated = m_actions.value(text(row.command));
+        auto *item = new QAction(repeated ? repeated->icon() : QIcon(), text(row.caption), &menu);
+        item->setObjectName(text(row.name));
+        if (row.handler)
+            QObject::connect(item, &QAction::triggered, &m_window,
+                             [this, handler = row.handler] { m_run(handler); });
+        else
+            QObject::connect(item, &QAction::triggered, repeated, &QAction::trigger);
+        if (repeated) {
+            const auto follow = [item, repeated] { item->setEnabled(repeated->isEnabled()); };
+            QObject::connect(repeated, &QAction::changed, item, follow);
+            follow();
+        }
+        menu.addAction(item);
+    }
+}
+
+void CommandSet::setState(const MainState &state)
+{
+    for (const Command &row : CommandTable::commands())
+        action(text(row.name))->setEnabled(row.enabled(state));
+}
+
+QAction *CommandSet::action(const QString &name) const
+{
+    return m_actions.value(name);
+}
+
+void CommandSet::triggerHotKey(int id) const
+{
+    for (const Command &row : CommandTable::commands()) {
+        if (id != 0 && row.hotKey == id)
+            action(text(row.name))->trigger(); // does nothing while disabled
+    }
+}

@@ -1,0 +1,18 @@
+#include "app/Cores.h"
+
+Cores::Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &workspace, CaptureView &view,
+             Progress &progress)
+    : database(*platform.database, state, prompter), directories(state, database, prompter),
+      grabbing(state, *platform.screen),
+      snapshots({state, *platform.screen, *platform.clock, *platform.sound, prompter, database, view},
+                grabbing),
+      marker(state, *platform.screen), run({state, *platform.inputHook, *platform.clock, prompter, workspace,
+                                            view, database, directories, progress},
+                                           grabbing, snapshots, marker),
+      delayedShot({state, *platform.screen, *platform.sound, prompter, workspace, *platform.programs},
+                  grabbing),
+      documents(
+          DocumentServices{state, database, directories, prompter, workspace, *platform.clock, progress}),
+      hotKeys(*platform.hotKeys)
+{
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "capture/CaptureRun.h"
+#include "capture/DelayedShot.h"
+#include "capture/mHotKey.h"
+#include "documents/DocumentGeneration.h"
+#include "platform/RealPlatform.h"
+
+/// The cores of the program, put together for one main window. Members are made in the order in which they
+/// need one another; everything referred to must outlive this.
+struct Cores {
+    Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &workspace, CaptureView &view,
+          Progress &progress);
+
+    PageDatabase database;
+    ProjectDirectories directories;
+    ScreenGrabbing grabbing;
+    SnapshotFiles snapshots;
+    PointerMarker marker;
+    CaptureRun run;
+    DelayedShot delayedShot;
+    DocumentGeneration documents;
+    mHotKey hotKeys;
+};

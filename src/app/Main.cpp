@@ -1,0 +1,38 @@
+#include "app/Appearance.h"
+#include "app/frmMain.h"
+#include "app/StartUp.h"
+#include "pagestore/frmBaseDir.h"
+#include "platform/ApplicationFolder.h"
+#include "platform/qt/WidgetPrompter.h"
+#include "platform/RealPlatform.h"
+
+#include <QApplication>
+
+using namespace Qt::Literals::StringLiterals;
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"shotly"_s);
+    QApplication::setApplicationVersion(QStringLiteral(SHOTLY_VERSION));
+    // Message boxes come and go while the main window is in the tray: only the main window ends the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+    Appearance::apply(application);
+
+    WidgetPrompter prompter;
+    Module1 state;
+    try {
+        StartUp::fillState(state, ApplicationFolder::locate(QApplication::applicationDirPath()), osVersion());
+    } catch (const RunTimeError &error) {
+        prompter.tell(Question::ApplicationFolderFailed, {error.description(), u"Shotly"_s, Icon::Critical});
+        return 1;
+    }
+    StartUp::ensureBaseDirectory(state, prompter, [&] { frmBaseDir(state, prompter).exec(); });
+    StartUp::initialState(state);
+
+    Platform platform = makeRealPlatform();
+    UserSettings settings;
+    frmMain mainWindow(state, platform, prompter, settings);
+    mainWindow.show();
+    return QApplication::exec();
+}

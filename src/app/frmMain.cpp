@@ -1,0 +1,288 @@
+#include "app/frmMain.h"
+
+#include "app/CommandSet.h"
+#include "app/HookAwareFailureBox.h"
+#include "app/InstructionsPanel.h"
+#include "app/ProjectBox.h"
+#include "app/RunView.h"
+#include "app/TabHost.h"
+#include "app/WidgetProgress.h"
+#include "app/WindowPlace.h"
+#include "app/WorkingSpace.h"
+#include "pagestore/Statements.h"
+#include "platform/qt/TrayIcon.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QTabBar>
+#include <QToolBar>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr int tick = 1000; // milliseconds
+constexpr QSize firstSize(1100, 740);
+} // namespace
+
+frmMain::frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSettings &settings)
+    : m_state(state), m_platform(platform), m_prompter(prompter), m_settings(settings),
+      m_runView(std::make_unique<RunView>(*platform.clock, *this)),
+      m_progress(std::make_unique<WidgetProgress>()),
+      m_cores(std::make_unique<Cores>(state, platform, prompter, *this, *m_runView, *m_progress)),
+      cmbProj(new ProjectBox(this)), Toolbar1(new QToolBar(this)), Toolbar2(new QToolBar(this)),
+      m_tabs(new TabHost(new InstructionsPanel(this), this)), mPopupSys(new QMenu(u"&SysTray"_s, this)),
+      Timer1(new QTimer(this))
+{
+    setObjectName("frmMain"_L1);
+    m_failures = std::make_unique<HookAwareFailureBox>(prompter, *platform.inputHook);
+    m_commands = std::make_unique<CommandSet>(*this, [this](void (frmMain::*handler)()) {
+        runGuarded(*m_failures, [&] { (this->*handler)(); });
+        updateCommands();
+    });
+    buildControls();
+    connectControls();
+    m_tray = std::make_unique<TrayIcon>(QIcon(u":/icons/tray.svg"_s), mPopupSys);
+    connect(m_tray.get(), &TrayIcon::restoreRequested, this,
+            guarded(*m_failures, [this] { mPopRestore_Click(); }));
+    runGuarded(*m_failures, [this] { MDIForm_Load(); });
+}
+
+frmMain::~frmMain()
+{
+    m_platform.hotKeys->setHandler({});
+}
+
+void frmMain::buildControls()
+{
+    const auto labelled = [this](QToolBar *bar, const char *name, const QString &text) {
+        bar->setObjectName(QLatin1StringView(name));
+        bar->setMovable(false);
+        bar->setIconSize({24, 24});
+        bar->setContextMenuPolicy(Qt::PreventContextMenu);
+        auto *label = new QLabel(text, bar);
+        label->setObjectName("toolBarLabel"_L1);
+        bar->addWidget(label);
+        addToolBar(bar);
+        return label;
+    };
+    labelled(Toolbar1, "Toolbar1", u"Single Shot:"_s)->setWindowTitle(u"Single Shot"_s);
+    m_commands->fillToolBar(*Toolbar1);
+    addToolBarBreak();
+    QLabel *projectLabel = labelled(Toolbar2, "Toolbar2", u"Multi-Snapshot Project:"_s);
+    projectLabel->setBuddy(cmbProj);
+    Toolbar2->addWidget(cmbProj);
+    Toolbar2->addSeparator();
+    m_commands->fillToolBar(*Toolbar2);
+
+    mPopupSys->setObjectName("mPopupSys"_L1);
+    m_commands->fillTrayMenu(*mPopupSys);
+    setCentralWidget(m_tabs);
+    setMinimumSize(WindowPlace::smallestMainWindow());
+    Timer1->setObjectName("Timer1"_L1);
+    Timer1->setInterval(tick);
+}
+
+void frmMain::connectControls()
+{
+    connect(cmbProj, &ProjectBox::projectSelected, this,
+            [this](const QString &name) { m_state.AppOptions.ProjectName = name; });
+    connect(cmbProj, &ProjectBox::characterRefused, this, guarded(*m_failures, [this] {
+                m_prompter.tell(Question::ProjectNameCharacter,
+                                {u"Only alphabet, number, - and _ allowed in this box."_s, m_state.AppTitle});
+            }));
+    connect(m_tabs->cmdCloseTab, &QToolButton::clicked, this,
+            guarded(*m_failures, [this] { m_tabs->closeCurrent(); }));
+    connect(m_tabs->cmdCloseWebSearch, &QToolButton::clicked, this,
+            guarded(*m_failures, [this] { m_tabs->closeAll(); }));
+    connect(m_tabs->cmdIntoTray, &QToolButton::clicked, this,
+            guarded(*m_failures, [this] { cmdIntoTray_Click(); }));
+    connect(m_runView.get(), &RunView::stopRequested, this, guarded(*m_failures, [this] { stopBar_Stop(); }));
+    connect(m_runView.get(), &RunView::helpRequested, this,
+            guarded(*m_failures, [this] { openHelp(u"multi.htm"_s); }));
+    connect(m_runView.get(), &RunView::trayIconObsolete, this, [this] {
+        m_tray->remove();
+        m_state.TrayIconData.added = false;
+    });
+    connect(Timer1, &QTimer::timeout, this, guarded(*m_failures, [this] { Timer1_Timer(); }));
+}
+
+void frmMain::MDIForm_Load()
+{
+    m_state.CaptureRunning = false;
+    m_state.RightClickPending = false;
+    m_state.MainWindow = this;
+    setWindowTitle(m_state.AppTitle);
+    m_platform.hotKeys->setHandler([this](int id, std::uint32_t time) { HotKeyWindowProc(id, time); });
+    if (!setHotKey())
+        m_prompter.tell(Question::HotKeysFailed, {u"Set hotkey failed"_s, m_state.AppTitle});
+    m_state.TrayIconData.tip = u"Shotly"_s;
+
+    resize(firstSize);
+    const QSize child = WindowPlace::childSize(size());
+    const QScreen *primary = QApplication::primaryScreen();
+    const QRect place =
+        WindowPlace::load(m_settings, child, primary ? primary->availableVirtualGeometry() : QRect());
+    resize(place.size());
+    move(place.topLeft());
+
+    if (m_state.AppOptions.OptionFlags[LoadLastWorkingSpace] == 1)
+        reopenWorkingSpace();
+    fillProjectBox();
+    cmbProj->setCurrentText(m_state.AppOptions.ProjectName);
+    cmbProj->setFocus();
+    Timer1->start();
+    updateCommands();
+}
+
+void frmMain::fillProjectBox()
+{
+    QStringList names;
+    m_cores->database.FillListFromQuery(Statements::projectNames(), names);
+    cmbProj->setNames(names);
+}
+
+void frmMain::updateCommands()
+{
+    m_commands->setState({m_state.CaptureRunning, m_cores->delayedShot.armed()});
+}
+
+// ---- capture run
+// -------------------------------------------------------------------------------------------
+
+void frmMain::mnuBeginCap_Click()
+{
+    m_cores->run.begin([this](const InputEvent &event) { dispatchHookEvent(event); });
+}
+
+void frmMain::mnuStopCap_Click()
+{
+    m_cores->run.stop(m_runView->lastInputTime());
+}
+
+void frmMain::stopBar_Stop()
+{
+    mnuStopCap_Click();
+    restoreNormal();
+    updateCommands();
+}
+
+void frmMain::dispatchHookEvent(const InputEvent &event)
+{
+    switch (event.kind) {
+    case InputEvent::Kind::KeyDown:
+        return sh_KeyDown(event);
+    case InputEvent::Kind::KeyUp:
+        return sh_KeyUp(event);
+    case InputEvent::Kind::MouseUp:
+        return sh_MouseUp(event);
+    case InputEvent::Kind::MouseDown:
+    case InputEvent::Kind::MouseMove:
+    case InputEvent::Kind::SystemKeyDown: // the hook only watches: Alt+F4 cannot be kept from its window
+        return;
+    }
+}
+
+void frmMain::sh_KeyDown(const InputEvent &event)
+{
+    m_cores->run.keyDown(event.keyCode);
+}
+
+void frmMain::sh_KeyUp(const InputEvent &event)
+{
+    m_cores->run.keyUp(event.keyCode);
+}
+
+void frmMain::sh_MouseUp(const InputEvent &event)
+{
+    m_cores->run.mouseUp(event);
+}
+
+bool frmMain::setHotKey()
+{
+    return m_cores->hotKeys.setHotKey(m_state.AppOptions.HotKeyNames);
+}
+
+void frmMain::HotKeyWindowProc(int id, std::uint32_t time)
+{
+    m_runView->setLastInputTime(time);
+    m_commands->triggerHotKey(id);
+}
+
+// ---- single snapshots
+// --------------------------------------------------------------------------------------
+
+void frmMain::mnuActiveWindow_Click()
+{
+    make1Shot(true);
+}
+
+void frmMain::mnuDesktop_Click()
+{
+    make1Shot(false);
+}
+
+void frmMain::make1Shot(bool activeWindow)
+{
+    const std::optional<int> delay = m_cores->delayedShot.askDelay();
+    if (!delay)
+        return;
+    const QString path = getSavePath();
+    if (!path.isEmpty())
+        m_cores->delayedShot.arm(activeWindow, *delay, path);
+}
+
+void frmMain::Timer1_Timer()
+{
+    if (!m_cores->delayedShot.armed())
+        return;
+    m_cores->delayedShot.tick();
+    const int seconds = m_cores->delayedShot.countdown();
+    setWindowTitle(seconds > 0 ? u"%1 - snapshot in %2 s"_s.arg(m_state.AppTitle).arg(seconds)
+                               : m_state.AppTitle);
+    updateCommands();
+}
+
+// ---- documents, help
+// ---------------------------------------------------------------------------------------
+
+void frmMain::mnuCreateHTML_Click()
+{
+    m_cores->documents.CreateDocuments();
+}
+
+void frmMain::mnuIndexPage_Click()
+{
+    FilePrompt prompt;
+    prompt.title = u"Open"_s;
+    prompt.directory = FileSystem::join(m_state.AppOptions.BaseDirectory, projectText().trimmed());
+    prompt.filter = u"HTML Files (*.htm)|*.htm;*.html"_s;
+    if (const std::optional<QString> path = m_prompter.openFile(Question::OpenFailed, prompt)) {
+        m_state.ContentsPagePath = *path;
+        m_state.ShowContentsRequested = true;
+        openContentsPage();
+    }
+}
+
+void frmMain::mnuHelpContents_Click()
+{
+    openHelp(u"features.htm"_s);
+}
+
+void frmMain::mnuHelpAbout_Click()
+{
+    m_prompter.tell(Question::AboutShotly,
+                    {u"Shotly %1\r\n\r\nTurns a demonstration on screen into a step-by-step document."_s.arg(
+                         QStringLiteral(SHOTLY_VERSION)),
+                     u"About Shotly"_s, Icon::Information});
+}
+
+void frmMain::mnuFileExit_Click()
+{
+    close();
+}

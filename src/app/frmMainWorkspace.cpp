@@ -1,0 +1,196 @@
+// The main window as the other screens see it, and what happens to the window itself.
+
+#include "app/CommandSet.h"
+#include "app/frmMain.h"
+#include "app/ProjectBox.h"
+#include "app/RunView.h"
+#include "app/TabHost.h"
+#include "app/WindowPlace.h"
+#include "app/WorkingSpace.h"
+#include "platform/qt/TrayIcon.h"
+#include "platform/RunTimeError.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr int minimiseLimit = 1000; // milliseconds
+}
+
+void frmMain::addTab(QWidget *child, const QString &caption)
+{
+    child->setProperty("formID", m_nextTabId);
+    m_tabs->addTab(m_nextTabId, child, caption);
+    ++m_nextTabId;
+}
+
+void frmMain::deleteTab(int id)
+{
+    m_tabs->deleteTab(id);
+}
+
+void frmMain::turnTab(int id)
+{
+    m_tabs->turnTab(id);
+}
+
+QString frmMain::projectText() const
+{
+    return cmbProj->currentText();
+}
+
+QStringList frmMain::projectNames() const
+{
+    return cmbProj->names();
+}
+
+void frmMain::setProjectText(const QString &name)
+{
+    cmbProj->setCurrentText(name);
+}
+
+void frmMain::addProjectName(const QString &name)
+{
+    cmbProj->addItem(name);
+}
+
+/// Without a viewer of our own the desktop's program shows the picture.
+void frmMain::openViewer()
+{
+    m_state.ImageFileRequested = false;
+    openWithDesktop(m_state.CurrentImagePath);
+}
+
+/// Without a browser of our own the desktop's program shows the page.
+void frmMain::openContentsPage()
+{
+    if (m_state.ContentsPagePath.isEmpty())
+        return;
+    m_state.ShowContentsRequested = false;
+    openWithDesktop(m_state.ContentsPagePath);
+}
+
+void frmMain::openHelp(const QString &topic)
+{
+    openWithDesktop(FileSystem::join(m_state.HelpFilePath, topic));
+}
+
+void frmMain::openWithDesktop(const QString &path)
+{
+    try {
+        m_platform.programs->openWithDesktop(path);
+    } catch (const RunTimeError &error) {
+        m_prompter.tell(Question::OpenFailed, {error.description(), m_state.AppTitle, Icon::Exclamation});
+    }
+}
+
+void frmMain::setBusyPointer(bool busy)
+{
+    if (busy)
+        setCursor(Qt::WaitCursor);
+    else
+        unsetCursor();
+}
+
+void frmMain::minimise()
+{
+    showMinimized();
+    // The request must be on its way before anybody waits for it.
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_platform.screen->waitUntilMinimised(static_cast<std::uint32_t>(winId()), minimiseLimit);
+}
+
+void frmMain::restoreNormal()
+{
+    if (isMinimized())
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void frmMain::closeWebSearchTab()
+{
+    // Generated pages are shown by the desktop's program, which holds no file open.
+}
+
+void frmMain::refreshPageViews()
+{
+    // No screen of this version shows pages.
+}
+
+void frmMain::cmdIntoTray_Click()
+{
+    if (!m_state.TrayAllowed) {
+        m_prompter.tell(Question::CannotGoIntoTray,
+                        {u"Screen capture is running, you cannot send the icon into\r\n"
+                         "system tray. Please click the Yellow Camera Button or the Step 2 \r\n"
+                         "Button to stop the capture first. Then you can send the \r\n"
+                         "icon into the system tray."_s,
+                         u"Cannot Send Icon into System Tray"_s});
+        return;
+    }
+    showMinimized();
+    if (!TrayIcon::available())
+        return;
+    m_tray->add(m_state.TrayIconData.tip);
+    m_state.TrayIconData.added = true;
+    hide();
+}
+
+void frmMain::mPopRestore_Click()
+{
+    restoreNormal();
+    m_tray->remove();
+    m_state.TrayIconData.added = false;
+}
+
+void frmMain::mnuPopStartCap_Click()
+{
+    mPopRestore_Click();
+    mnuBeginCap_Click();
+}
+
+void frmMain::mnuSaveWorkingSpace_Click()
+{
+    WorkingSpace::save(m_settings, m_tabs->captions(), m_state.AppTitle, m_currentUser);
+}
+
+void frmMain::reopenWorkingSpace()
+{
+    const WorkingSpace::Kept kept = WorkingSpace::load(m_settings, m_state.AppTitle);
+    if (m_currentUser.isEmpty())
+        m_currentUser = kept.user;
+    for (const QString &address : kept.pageAddresses)
+        openWithDesktop(address);
+}
+
+void frmMain::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (isMinimized())
+        return;
+    const QSize child = WindowPlace::childSize(size());
+    m_state.ChildWidth = child.width();
+    m_state.ChildHeight = child.height();
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    // The window manager's own button sends no click: all that has happened by now counts.
+    runGuarded(*m_failures, [this] { m_cores->run.stop(0); });
+    runGuarded(*m_failures, [this] { mnuSaveWorkingSpace_Click(); });
+    if (!m_tabs->closeAll()) {
+        event->ignore();
+        return;
+    }
+    m_cores->hotKeys.UnregisterAllHotKeys();
+    if (!isMinimized())
+        WindowPlace::save(m_settings, QRect(pos(), size()));
+    m_tray->remove();
+    event->accept();
+    QApplication::quit();
+}

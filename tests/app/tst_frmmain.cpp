@@ -1,0 +1,272 @@
+#include "app/CommandTable.h"
+#include "app/frmMain.h"
+#include "app/TabHost.h"
+#include "platform/sqlite/SqliteDatabase.h"
+#include "support/FakeClock.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeInputHook.h"
+#include "support/FakePrograms.h"
+#include "support/FakeScreen.h"
+#include "support/FakeSound.h"
+#include "support/ScriptedPrompter.h"
+#include "support/TestState.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTabBar>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+/// The main window over fakes and a real database, driven by clicks and keys.
+class MainWindowTest : public ::testing::Test, protected TestState
+{
+protected:
+    ScriptedPrompter user;
+    UserSettings settings{folder.filePath(u"settings.ini"_s)};
+    Platform platform;
+    FakeScreen *screen = nullptr;
+    FakeInputHook *hook = nullptr;
+    FakeHotKeys *hotKeys = nullptr;
+    FakePrograms *programs = nullptr;
+    std::unique_ptr<frmMain> window;
+
+    MainWindowTest()
+    {
+        const auto add = [](auto &place, auto part) {
+            auto *raw = part.get();
+            place = std::move(part);
+            return raw;
+        };
+        add(platform.clock, std::make_unique<FakeClock>());
+        screen = add(platform.screen, std::make_unique<FakeScreen>());
+        hook = add(platform.inputHook, std::make_unique<FakeInputHook>());
+        hotKeys = add(platform.hotKeys, std::make_unique<FakeHotKeys>());
+        add(platform.sound, std::make_unique<FakeSound>());
+        add(platform.database, std::make_unique<SqliteDatabase>());
+        programs = add(platform.programs, std::make_unique<FakePrograms>());
+        screen->picture = QImage(400, 300, QImage::Format_RGB32);
+        screen->picture.fill(Qt::gray);
+        state.AppOptions.ShowLessMessage = 1;
+        state.AppOptions.HotKeyNames.fill(u"Ctrl-F5"_s); // only the first is available
+        state.AppOptions.HotKeyNames[4] = u"Ctrl-F6"_s;
+        open();
+    }
+
+    void open()
+    {
+        window.reset();
+        window = std::make_unique<frmMain>(state, platform, user, settings);
+        window->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    template <typename T>
+    T *control(const QString &name)
+    {
+        T *found = window->findChild<T *>(name);
+        EXPECT_TRUE(found) << name.toStdString();
+        return found;
+    }
+    void click(QPoint position, int button = 1)
+    {
+        hook->send({InputEvent::Kind::MouseUp, 0, button, 0, position, ++m_time});
+        hook->deliver();
+    }
+    void pressHotKey(int id)
+    {
+        hotKeys->press(id, ++m_time);
+        QApplication::processEvents();
+    }
+    void press(const QString &name) { QTest::mouseClick(control<QAbstractButton>(name), Qt::LeftButton); }
+    void type(const QString &text)
+    {
+        auto *edit = control<QComboBox>(u"cmbProj"_s)->lineEdit();
+        edit->setFocus();
+        edit->clear();
+        QTest::keyClicks(edit, text);
+    }
+
+private:
+    std::uint32_t m_time = 1;
+};
+} // namespace
+
+TEST_F(MainWindowTest, EveryCommandIsInItsMenuAndThoseOfLaterVersionsAreDisabled)
+{
+    QStringList menus;
+    for (const QAction *menu : window->menuBar()->actions())
+        menus += menu->text();
+    EXPECT_EQ(menus, (QStringList{u"&Multi-Snapshot-Project"_s, u"&Edit"_s, u"&Admin"_s,
+                                  u"&Single-Snapshot"_s, u"&Help"_s}));
+    for (const Command &row : CommandTable::commands()) {
+        const auto *action = control<QAction>(QString::fromLatin1(row.name));
+        EXPECT_FALSE(action->icon().isNull()) << row.name;
+        EXPECT_EQ(row.handler == nullptr, row.enabled == &CommandRules::notInThisVersion) << row.name;
+        EXPECT_TRUE(row.handler || !action->isEnabled()) << row.name;
+    }
+    EXPECT_EQ(control<QAction>(u"mnuBeginCap"_s)->text(), u"Step 1. &Begin Capture Screens"_s);
+    EXPECT_FALSE(control<QAction>(u"mnuStopCap"_s)->isEnabled());
+    for (const ToolButton &row : CommandTable::toolButtons()) {
+        const auto *button = control<QToolButton>(QString::fromLatin1(row.key));
+        EXPECT_EQ(button->text(), QString::fromLatin1(row.label));
+        EXPECT_EQ(button->isEnabled(), control<QAction>(QString::fromLatin1(row.command))->isEnabled());
+    }
+    EXPECT_EQ(control<QMenu>(u"mPopupSys"_s)->actions().size(), 8);
+}
+
+TEST_F(MainWindowTest, TheProjectBoxLetsOnlyNamesThrough)
+{
+    user.expectTell(Question::ProjectNameCharacter);
+    type(u"my guide_1-A"_s);
+    EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->currentText(), u"myguide_1-A"_s);
+    EXPECT_EQ(user.asked[0].text, u"Only alphabet, number, - and _ allowed in this box."_s);
+
+    // Pasted text comes as a whole.
+    user.expectTell(Question::ProjectNameCharacter);
+    auto *edit = control<QComboBox>(u"cmbProj"_s)->lineEdit();
+    edit->clear();
+    QApplication::clipboard()->setText(u"../etc/x y"_s);
+    QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(edit->text(), u"etcxy"_s);
+
+    // Return moves on and adds nothing to the list.
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_FALSE(edit->hasFocus());
+    EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->count(), 0);
+}
+
+TEST_F(MainWindowTest, ARunFromTheFirstButtonToTheStopBar)
+{
+    type(u"guide"_s);
+    press(u"StartCap"_s);
+    ASSERT_TRUE(state.CaptureRunning);
+    EXPECT_TRUE(control<QAction>(u"mnuStopCap"_s)->isEnabled());
+    EXPECT_FALSE(control<QAction>(u"mnuCreateHTML"_s)->isEnabled());
+
+    QWidget *stopBar = nullptr;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == u"frmToolBar"_s)
+            stopBar = widget;
+    }
+    ASSERT_TRUE(stopBar);
+    EXPECT_EQ(stopBar->pos(), QPoint(0, 0));
+    EXPECT_FALSE(stopBar->close()); // only Stop ends a run
+    click({20, 30});
+    click({20, 30}, 2);
+    click({50, 60});
+
+    // Into the tray: refused while the run is on.
+    user.expectTell(Question::CannotGoIntoTray);
+    press(u"cmdIntoTray"_s);
+
+    QTest::mouseClick(stopBar->findChild<QToolButton *>(u"picStop"_s), Qt::LeftButton);
+    EXPECT_FALSE(state.CaptureRunning);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(window->isMinimized());
+    EXPECT_FALSE(control<QAction>(u"mnuStopCap"_s)->isEnabled());
+    EXPECT_EQ(programs->opened, QStringList{state.AppOptions.BaseDirectory + u"/guide/sh0001.bmp"_s});
+    EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->findText(u"guide"_s), 0);
+}
+
+TEST_F(MainWindowTest, HotKeysRunWhatCanBeChosen)
+{
+    type(u"hot"_s);
+    pressHotKey(1); // region: not in this version
+    pressHotKey(5); // stop: nothing to stop
+    EXPECT_FALSE(state.CaptureRunning);
+    control<QAction>(u"mnuBeginCap"_s)->trigger();
+    ASSERT_TRUE(state.CaptureRunning);
+    click({20, 30});
+    pressHotKey(5);
+    EXPECT_FALSE(state.CaptureRunning);
+}
+
+TEST_F(MainWindowTest, TabsComeFirstAndCloseOneByOne)
+{
+    struct Stubborn : QWidget {
+        bool mayClose = false;
+        void closeEvent(QCloseEvent *event) override { event->setAccepted(mayClose); }
+    };
+    auto *tabs = control<QTabBar>(u"tab1"_s);
+    auto *closeTab = control<QToolButton>(u"cmdCloseTab"_s);
+    EXPECT_FALSE(closeTab->isVisible());
+    auto *first = new QWidget;
+    auto *second = new Stubborn;
+    window->addTab(first, u"Page List"_s);
+    window->addTab(second, u"Add Notes"_s);
+    EXPECT_EQ(tabs->tabText(0), u"Add Notes"_s);
+    EXPECT_TRUE(second->isVisible());
+    EXPECT_FALSE(first->isVisible());
+    EXPECT_NE(first->property("formID"), second->property("formID"));
+
+    window->turnTab(first->property("formID").toInt());
+    EXPECT_TRUE(first->isVisible());
+    QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
+    EXPECT_TRUE(second->isVisible());
+    press(u"cmdCloseTab"_s); // it refuses
+    EXPECT_EQ(tabs->count(), 2);
+    second->mayClose = true;
+    press(u"cmdCloseWebSearch"_s);
+    EXPECT_EQ(tabs->count(), 0);
+    EXPECT_FALSE(closeTab->isVisible());
+}
+
+TEST_F(MainWindowTest, ASingleSnapshotCountsDownAndComesBack)
+{
+    const QString path = folder.path() + u"/one.bmp"_s;
+    user.expectInput(Question::ShotDelay, u"1"_s);
+    user.expectFile(Question::SaveSnapshotAs, path);
+    press(u"Desktop"_s);
+    EXPECT_FALSE(control<QAction>(u"mnuDesktop"_s)->isEnabled());
+    auto *timer = control<QTimer>(u"Timer1"_s);
+    timer->setInterval(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(path); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return programs->opened.contains(path); }));
+    EXPECT_TRUE(control<QAction>(u"mnuDesktop"_s)->isEnabled());
+    EXPECT_EQ(window->windowTitle(), u"Shotly"_s);
+
+    user.expectInput(Question::ShotDelay, u"1"_s);
+    user.expectFile(Question::SaveSnapshotAs, std::nullopt);
+    press(u"ActiveWindow"_s);
+    EXPECT_TRUE(control<QAction>(u"mnuActiveWindow"_s)->isEnabled());
+}
+
+TEST_F(MainWindowTest, ClosingStopsTheRunAndKeepsThePlace)
+{
+    window->resize(780, 640);
+    type(u"closing"_s);
+    press(u"StartCap"_s);
+    window->restoreNormal();
+    click({20, 30});
+    window->close();
+    EXPECT_FALSE(state.CaptureRunning);
+    EXPECT_EQ(settings.value(u"Settings"_s, u"MainWidth"_s), u"11700"_s);
+    EXPECT_EQ(settings.value(u"WorkingSpace"_s, u"count"_s), u"0"_s);
+
+    open();
+    EXPECT_EQ(window->size(), QSize(780, 640));
+    EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->currentText(), u"closing"_s);
+    EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->count(), 1);
+    EXPECT_EQ(state.ChildWidth, 780 * 15 - 180);
+}
+
+TEST_F(MainWindowTest, AFailureInACommandIsShownAndTheProgramGoesOn)
+{
+    state.AppOptions.BaseDirectory = u"/proc/nowhere"_s;
+    type(u"broken"_s);
+    user.expectTell(Question::CommandFailed);
+    press(u"StartCap"_s);
+    EXPECT_TRUE(user.asked[0].text.startsWith(u"Run-time error '"_s));
+    EXPECT_FALSE(state.CaptureRunning);
+}
