@@ -21,7 +21,7 @@ QToolButton *makeButton(QWidget *parent, const char *name, const QString &icon, 
     button->setIcon(QIcon(icon));
     button->setIconSize(buttonIconSize);
     button->setText(text);
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setToolButtonStyle(text.isEmpty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
     button->setFocusPolicy(Qt::NoFocus);
     return button;
 }
