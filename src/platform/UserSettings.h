@@ -11,6 +11,7 @@ public:
     explicit UserSettings(const QString &path = {});
 
     QString value(const QString &section, const QString &key, const QString &fallback = {}) const;
+    /// A file that cannot be written stays as it is, silently.
     void setValue(const QString &section, const QString &key, const QString &value);
 
 private:

@@ -1,0 +1,163 @@
+#include "FileChecks.h"
+#include "platform/AtomicFile.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <atomic>
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <vector>
+
+namespace
+{
+/// Files in a folder of their own: "old" holds the text "old".
+class AtomicFileTest : public ::testing::Test
+{
+protected:
+    QTemporaryDir m_folder;
+    QString m_old = path("old");
+
+    AtomicFileTest() { AtomicFile::write(m_old, "old"); }
+    QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
+    QString everything() const
+    {
+        return QDir(m_folder.path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
+            .join(u' ');
+    }
+    static void setPermissions(const QString &path, mode_t mode)
+    {
+        EXPECT_EQ(::chmod(QFile::encodeName(path).constData(), mode), 0);
+    }
+    static mode_t permissions(const QString &path)
+    {
+        struct stat status = {};
+        return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+    }
+};
+} // namespace
+
+TEST_F(AtomicFileTest, writesAllPiecesInOrder)
+{
+    // More pieces than the kernel takes in one call, with empty ones between.
+    const QByteArray digits("0123456789");
+    std::vector<QByteArrayView> pieces;
+    for (int i = 0; i < 3000; ++i) {
+        pieces.push_back(QByteArrayView(digits).sliced(i % 10, 1));
+        pieces.emplace_back();
+    }
+    AtomicFile::write(m_old, pieces);
+    EXPECT_EQ(contents(m_old), digits.repeated(300));
+    AtomicFile::write(m_old, QByteArrayView());
+    EXPECT_EQ(contents(m_old), "");
+    // The longest name there is: no room for a longer temporary one.
+    const QString longName = m_folder.filePath(QString(255, u'n'));
+    AtomicFile::write(longName, "x");
+    EXPECT_EQ(contents(longName), "x");
+}
+
+TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNothingElse)
+{
+    const QByteArray large(300'000, 'b');
+    AtomicFile::write(path("large"), large);
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old = {};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    // The first call to the kernel writes a part, the second one fails.
+    const rlimit small{100'000, old.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_EQ(errorOf([&] { AtomicFile::write(m_old, large); }), RunTimeError::DiskFull);
+    EXPECT_EQ(errorOf([&] { AtomicFile::copy(path("large"), m_old); }), RunTimeError::DiskFull);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(contents(m_old), "old");
+    EXPECT_EQ(everything(), QStringLiteral("large old"));
+    AtomicFile::copy(path("large"), m_old);
+    EXPECT_EQ(contents(m_old), large);
+}
+
+TEST_F(AtomicFileTest, refusalsSayWhyAndChangeNothing)
+{
+    QDir(m_folder.path()).mkdir(QStringLiteral("folder"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    const struct {
+        QString target;
+        int number;
+    } rows[] = {{path("missing/file"), RunTimeError::PathNotFound},
+                {path("old/below"), RunTimeError::PathNotFound},
+                {path("folder"), RunTimeError::PathAccess},
+                {path("pipe"), RunTimeError::PathAccess},
+                {QStringLiteral("/sys/shotly"), RunTimeError::PermissionDenied}};
+    for (const auto &row : rows) {
+        try {
+            AtomicFile::write(row.target, "new");
+            ADD_FAILURE() << row.target.toStdString() << " was written";
+        } catch (const RunTimeError &error) {
+            EXPECT_EQ(error.number(), row.number) << error.what();
+            EXPECT_TRUE(error.description().contains(row.target)) << error.what();
+        }
+    }
+    EXPECT_EQ(errorOf([&] { AtomicFile::copy(path("none"), m_old); }), RunTimeError::FileNotFound);
+    EXPECT_EQ(everything(), QStringLiteral("folder old pipe"));
+    EXPECT_EQ(contents(m_old), "old");
+}
+
+TEST_F(AtomicFileTest, permissionsAreKeptAndRespected)
+{
+    const mode_t oldMask = ::umask(027);
+    AtomicFile::write(path("new"), "1");
+    ::umask(oldMask);
+    EXPECT_EQ(permissions(path("new")), 0640U);
+    setPermissions(m_old, 0604);
+    AtomicFile::write(m_old, "2");
+    EXPECT_EQ(permissions(m_old), 0604U);
+
+    const OrdinaryUser user(m_folder.path());
+    AtomicFile::write(path("mine"), "3");
+    setPermissions(path("mine"), 0400);
+    EXPECT_EQ(errorOf([&] { AtomicFile::write(path("mine"), "4"); }), RunTimeError::PermissionDenied);
+    setPermissions(m_folder.path(), 0500);
+    EXPECT_EQ(errorOf([&] { AtomicFile::write(path("more"), "5"); }), RunTimeError::PermissionDenied);
+    setPermissions(m_folder.path(), 0700);
+    EXPECT_EQ(contents(path("mine")), "3");
+    EXPECT_EQ(everything(), QStringLiteral("mine new old"));
+}
+
+TEST_F(AtomicFileTest, linksStayUnlessTheyLeadNowhere)
+{
+    QFile::link(m_old, path("link"));
+    QFile::link(path("none"), path("nowhere"));
+    AtomicFile::write(path("link"), "new");
+    EXPECT_TRUE(QFileInfo(path("link")).isSymLink());
+    EXPECT_EQ(contents(m_old), "new");
+    AtomicFile::write(path("nowhere"), "file");
+    EXPECT_FALSE(QFileInfo(path("nowhere")).isSymLink());
+    EXPECT_EQ(contents(path("nowhere")), "file");
+}
+
+TEST_F(AtomicFileTest, readersNeverSeeAPart)
+{
+    const QByteArray texts[] = {QByteArray(200'000, 'a'), QByteArray(50'000, 'b')};
+    AtomicFile::write(m_old, texts[0]);
+    std::atomic<int> writing{2};
+    const auto write = [&](const QByteArray &text) {
+        for (int i = 0; i < 200; ++i)
+            AtomicFile::write(m_old, text);
+        --writing;
+    };
+    std::thread first(write, texts[0]);
+    std::thread second(write, texts[1]);
+    int parts = 0;
+    do {
+        const QByteArray seen = contents(m_old);
+        parts += seen != texts[0] && seen != texts[1] ? 1 : 0;
+    } while (writing > 0);
+    first.join();
+    second.join();
+    EXPECT_EQ(parts, 0);
+    EXPECT_EQ(everything(), QStringLiteral("old"));
+    EXPECT_TRUE(AtomicFile::syncFile(m_old));
+    EXPECT_FALSE(AtomicFile::syncFile(path("none")));
+}

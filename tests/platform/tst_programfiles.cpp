@@ -1,0 +1,113 @@
+#include "FileChecks.h"
+#include "platform/ApplicationFolder.h"
+#include "platform/FileSystem.h"
+#include "platform/OsVersion.h"
+#include "platform/UserSettings.h"
+
+#include <QTemporaryDir>
+
+namespace
+{
+/// An environment variable for the length of a test.
+class Variable
+{
+public:
+    Variable(const char *name, const QString &value) : m_name(name), m_old(qgetenv(name))
+    {
+        qputenv(name, value.toUtf8());
+    }
+    ~Variable() { m_old.isNull() ? qunsetenv(m_name) : qputenv(m_name, m_old); }
+
+private:
+    const char *m_name;
+    QByteArray m_old;
+};
+
+class ApplicationFolderTest : public ::testing::Test
+{
+protected:
+    QTemporaryDir m_root;
+    FileSystem m_files;
+    QString m_program = path("bin");
+    Variable m_home{"SHOTLY_HOME", QString()};
+    Variable m_data{"SHOTLY_DATA_DIR", path("data")};
+    Variable m_user{"XDG_DATA_HOME", path("user")};
+
+    ApplicationFolderTest() { m_files.createFolder(m_program); }
+    QString path(const char *name) const { return m_root.filePath(QString::fromLatin1(name)); }
+    /// A folder with a database and a cursor that hold the name of the folder.
+    void deliver(const char *folder)
+    {
+        m_files.createFolder(path(folder) + QStringLiteral("/Cursors"));
+        m_files.writeFile(path(folder) + QStringLiteral("/Shotly.mdb"), folder);
+        m_files.writeFile(path(folder) + QStringLiteral("/Cursors/pen.cur"), folder);
+    }
+};
+} // namespace
+
+TEST_F(ApplicationFolderTest, theUsersOwnFolderIsFilledButNeverOverwritten)
+{
+    EXPECT_NE(errorOf([&] { ApplicationFolder::locate(m_program); }), 0) << "there is no database to copy";
+    deliver("data");
+    EXPECT_EQ(ApplicationFolder::locate(m_program), path("user/shotly"));
+    EXPECT_EQ(contents(path("user/shotly/Shotly.mdb")), "data");
+    EXPECT_EQ(contents(path("user/shotly/Cursors/pen.cur")), "data");
+
+    m_files.writeFile(path("user/shotly/Shotly.mdb"), "the user's pages");
+    m_files.deleteFile(path("user/shotly/Cursors/pen.cur"));
+    EXPECT_EQ(ApplicationFolder::locate(m_program), path("user/shotly"));
+    EXPECT_EQ(contents(path("user/shotly/Shotly.mdb")), "the user's pages");
+    EXPECT_EQ(contents(path("user/shotly/Cursors/pen.cur")), "data");
+}
+
+TEST_F(ApplicationFolderTest, theProgramsFolderAndTheVariableComeFirst)
+{
+    deliver("bin");
+    deliver("data");
+    EXPECT_EQ(ApplicationFolder::locate(m_program + u'/'), m_program);
+    EXPECT_FALSE(m_files.folderExists(path("user")));
+    {
+        const Variable home("SHOTLY_HOME", path("home/"));
+        EXPECT_EQ(ApplicationFolder::locate(m_program), path("home"));
+        EXPECT_EQ(contents(path("home/Shotly.mdb")), "data");
+        // An installation is found beside the program, wherever it was moved.
+        const Variable none("SHOTLY_DATA_DIR", QString());
+        deliver("share/shotly");
+        const Variable other("SHOTLY_HOME", path("other"));
+        ApplicationFolder::locate(m_program);
+        EXPECT_EQ(contents(path("other/Shotly.mdb")), "share/shotly");
+    }
+    const Variable file("SHOTLY_HOME", path("bin/Shotly.mdb"));
+    EXPECT_NE(errorOf([&] { ApplicationFolder::locate(m_program); }), 0);
+    const Variable home("HOME", path("ann"));
+    EXPECT_EQ(ApplicationFolder::defaultBaseDirectory(), path("ann/Shotly"));
+}
+
+TEST(UserSettingsTest, valuesComeBackAsTheyWere)
+{
+    const QTemporaryDir folder;
+    const Variable configuration("XDG_CONFIG_HOME", folder.path());
+    const QString section = QStringLiteral("General");
+    const QString key = QStringLiteral("key");
+    for (const QString &value : {QString(), QStringLiteral("1024"), QStringLiteral(" a, \"b\"; c=d\\ "),
+                                 QStringLiteral("@Invalid()"), QStringLiteral("\u00e9\u4e2d\r\n")}) {
+        UserSettings().setValue(section, key, value);
+        EXPECT_EQ(
+            UserSettings(folder.filePath(QStringLiteral("shotly/settings.ini"))).value(section, key, key),
+            value);
+    }
+    EXPECT_EQ(UserSettings().value(QStringLiteral("Other"), key, QStringLiteral("-")), QStringLiteral("-"));
+}
+
+TEST(OsVersionTest, testsMayAskForAnother)
+{
+    const auto version = [](const char *given) {
+        const Variable variable("SHOTLY_OS_VERSION", QString::fromLatin1(given));
+        return 100 * osVersion().major + osVersion().minor;
+    };
+    EXPECT_EQ(version(""), 602);
+    EXPECT_EQ(version("5.0"), 500);
+    EXPECT_EQ(version("10.1"), 1001);
+    EXPECT_EQ(version("5"), 602);
+    EXPECT_EQ(version("a.1"), 602);
+}

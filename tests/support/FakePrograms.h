@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/ExternalPrograms.h"
+
+#include <QStringList>
+
+/// Remembers what was to be opened.
+class FakePrograms : public ExternalPrograms
+{
+public:
+    QStringList opened;
+    QStringList painted; ///< program and picture, joined with a blank
+
+    void openWithDesktop(const QString &path) override { opened += path; }
+    void paint(const QString &program, const QString &picturePath) override
+    {
+        painted += program + QLatin1Char(' ') + picturePath;
+    }
+};

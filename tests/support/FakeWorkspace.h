@@ -1,0 +1,31 @@
+#pragma once
+
+#include "state/Workspace.h"
+
+/// A main window that remembers what it was asked for.
+class FakeWorkspace : public Workspace
+{
+public:
+    QString text;      ///< of the project box
+    QStringList names; ///< of its list
+    QStringList calls; ///< "viewer", "contents", "help multi.htm", "minimise", ... in order
+    bool busy = false;
+    int busyChanges = 0;
+
+    QString projectText() const override { return text; }
+    QStringList projectNames() const override { return names; }
+    void setProjectText(const QString &name) override { text = name; }
+    void addProjectName(const QString &name) override { names.append(name); }
+    void openViewer() override { calls.append(QStringLiteral("viewer")); }
+    void openContentsPage() override { calls.append(QStringLiteral("contents")); }
+    void openHelp(const QString &topic) override { calls.append(QStringLiteral("help ") + topic); }
+    void setBusyPointer(bool on) override
+    {
+        busyChanges += on != busy ? 1 : 0;
+        busy = on;
+    }
+    void minimise() override { calls.append(QStringLiteral("minimise")); }
+    void restoreNormal() override { calls.append(QStringLiteral("restore")); }
+    void closeWebSearchTab() override { calls.append(QStringLiteral("closeWebSearch")); }
+    void refreshPageViews() override { calls.append(QStringLiteral("refresh")); }
+};

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "platform/Prompter.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+/// A user who follows a script: every question and message must be expected, in order. An unexpected, a
+/// wrong or an unasked one fails the test.
+class ScriptedPrompter : public Prompter
+{
+public:
+    struct Asked {
+        Question which;
+        QString text;
+        QString title;
+        Icon icon = Icon::None;
+        QString proposal; ///< proposed text of an input, or file name of a file prompt
+        QString directory;
+    };
+    std::vector<Asked> asked; ///< everything that was asked or told, oldest first
+
+    void expectTell(Question which) { m_script.push_back({which, Kind::Tell, Answer::Ok, {}, {}}); }
+    void expectAsk(Question which, Answer answer) { m_script.push_back({which, Kind::Ask, answer, {}, {}}); }
+    /// No answer means that the user cancels.
+    void expectInput(Question which, std::optional<QString> answer)
+    {
+        m_script.push_back({which, Kind::Input, Answer::Ok, std::move(answer), {}});
+    }
+    /// Any of the file and folder prompts.
+    void expectFile(Question which, std::optional<QString> answer)
+    {
+        m_script.push_back({which, Kind::File, Answer::Ok, std::move(answer), {}});
+    }
+    /// Runs while the box of the expectation added last is open.
+    void whileOpen(std::function<void()> action) { m_script.back().action = std::move(action); }
+
+    ~ScriptedPrompter() override
+    {
+        for (const Expected &expected : m_script)
+            ADD_FAILURE() << "never asked: question " << static_cast<int>(expected.which);
+    }
+
+    void tell(Question which, const PromptText &prompt) override
+    {
+        next(Kind::Tell, {which, prompt.text, prompt.title, prompt.icon, {}, {}});
+    }
+    Answer ask(Question which, Buttons buttons, const PromptText &prompt) override
+    {
+        const Answer answer = next(Kind::Ask, {which, prompt.text, prompt.title, prompt.icon, {}, {}}).answer;
+        if (answer == Answer::Cancel && buttons == Buttons::YesNo)
+            ADD_FAILURE() << "a box with Yes and No has no Cancel";
+        return answer;
+    }
+    std::optional<QString> input(Question which, const PromptText &prompt, const QString &proposal) override
+    {
+        return next(Kind::Input, {which, prompt.text, prompt.title, prompt.icon, proposal, {}}).text;
+    }
+    std::optional<QString> openFile(Question which, const FilePrompt &prompt) override
+    {
+        return next(Kind::File,
+                    {which, prompt.filter, prompt.title, Icon::None, prompt.fileName, prompt.directory})
+            .text;
+    }
+    std::optional<QString> saveFile(Question which, const FilePrompt &prompt) override
+    {
+        return next(Kind::File,
+                    {which, prompt.filter, prompt.title, Icon::None, prompt.fileName, prompt.directory})
+            .text;
+    }
+    std::optional<QString> pickFolder(Question which, const QString &title, const QString &start) override
+    {
+        return next(Kind::File, {which, {}, title, Icon::None, {}, start}).text;
+    }
+
+private:
+    enum class Kind { Tell, Ask, Input, File };
+    struct Expected {
+        Question which;
+        Kind kind;
+        Answer answer = Answer::Cancel;
+        std::optional<QString> text;
+        std::function<void()> action;
+    };
+
+    Expected next(Kind kind, const Asked &what)
+    {
+        asked.push_back(what);
+        if (m_script.empty()) {
+            ADD_FAILURE() << "unexpected: " << what.text.toStdString();
+            return {what.which, kind, Answer::No, {}, {}};
+        }
+        Expected expected = m_script.front();
+        m_script.pop_front();
+        EXPECT_EQ(static_cast<int>(expected.which), static_cast<int>(what.which)) << what.text.toStdString();
+        EXPECT_EQ(expected.kind, kind) << what.text.toStdString();
+        if (expected.action)
+            expected.action();
+        return expected;
+    }
+
+    std::deque<Expected> m_script;
+};
