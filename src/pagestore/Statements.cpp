@@ -1,0 +1,121 @@
+#include "pagestore/Statements.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+QString quoted(QString text)
+{
+    return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
+}
+
+QString documentPages(const QString &project, const QString &fileColumn)
+{
+    return u"select PageTitle,SubTitle,ScreenShotFilePath,PageSummary,"
+           "Note1,Note2, Layout, PageNumber, [ID], "_s +
+           fileColumn + u" from PageData where ProjectName="_s + quoted(project) + u" and PageStatus ="_s +
+           quoted(u"OK"_s) + u" order by PageNumber "_s;
+}
+} // namespace
+
+QString Statements::projectNames()
+{
+    return u"select distinct ProjectName from PageData"_s;
+}
+
+QString Statements::projectDirectory(const QString &project)
+{
+    return u"select top 1 ProjectDirectory from PageData where ProjectName="_s + quoted(project);
+}
+
+QString Statements::storedProjectDirectory(const QString &project)
+{
+    return projectDirectory(project) + u" and ProjectDirectory <> "_s + quoted(QString());
+}
+
+QString Statements::pagesWithoutDirectory(const QString &project)
+{
+    return pageCount(project) + u" and (ProjectDirectory is null or ProjectDirectory ="_s +
+           quoted(QString()) + u')';
+}
+
+QString Statements::firstImage(const QString &project)
+{
+    return u"select top 1 ScreenShotFilePath from PageData where ProjectName="_s + quoted(project) +
+           u" and PageStatus ="_s + quoted(u"OK"_s);
+}
+
+QString Statements::highestPageNumber(const QString &project)
+{
+    return u"select PageNumber from PageData where ProjectName="_s + quoted(project) +
+           u" order by PageNumber desc"_s;
+}
+
+QString Statements::pageCount(const QString &project)
+{
+    return u"select count(*) from PageData where ProjectName ="_s + quoted(project);
+}
+
+QString Statements::pageExists(std::int64_t id)
+{
+    return u"select count(*) from PageData where [ID]="_s + QString::number(id);
+}
+
+QString Statements::insertCapturedPage(const CapturedPage &page)
+{
+    return u"Insert into PageData(ProjectName,ScreenShotFilePath,PageStatus, PageNumber, [Date], "
+           "ProjectDirectory) values("_s +
+           quoted(page.project) + u',' + quoted(page.imagePath) + u',' + quoted(page.status) + u',' +
+           QString::number(page.pageNumber) + u", #"_s + page.date.toString(u"MM/dd/yyyy"_s) + u"#,"_s +
+           quoted(page.directory) + u')';
+}
+
+QString Statements::insertCopiedImage(const QString &project, const QString &imagePath,
+                                      std::int32_t pageNumber, QDate date)
+{
+    return u"Insert into PageData(ProjectName,ScreenShotFilePath,PageStatus, PageNumber, [Date], "
+           "Layout, OrderInPage ) values("_s +
+           quoted(project) + u',' + quoted(imagePath) + u',' + quoted(u"OK"_s) + u',' +
+           QString::number(pageNumber) + u", #"_s + date.toString(u"MM-dd-yyyy"_s) + u"#, 0, 0 )"_s;
+}
+
+QString Statements::restartProject(const QString &project)
+{
+    return u"delete from PageData where ProjectName="_s + quoted(project);
+}
+
+QString Statements::deleteProject(const QString &project)
+{
+    return u"delete from PageData where ProjectName = "_s + quoted(project);
+}
+
+QString Statements::deleteAllProjects()
+{
+    return u"delete from PageData where 1 = 1 "_s;
+}
+
+QString Statements::markImageDeleted(const QString &imagePath)
+{
+    return u"update PageData set [PageStatus] ="_s + quoted(u"Deleted"_s) +
+           u" where [ScreenShotFilePath]="_s + quoted(imagePath);
+}
+
+QString Statements::setHtmlPath(std::int64_t id, const QString &path)
+{
+    return u"update PageData set HTMLFilePath="_s + quoted(path) + u" where [ID]="_s + QString::number(id);
+}
+
+QString Statements::htmlDocumentPages(const QString &project)
+{
+    return documentPages(project, u"HTMLFilePath"_s);
+}
+
+QString Statements::wordDocumentPages(const QString &project)
+{
+    return documentPages(project, u"WordFilePath"_s);
+}
+
+QString Statements::capturedPageCount(const QString &project, const QString &imagePath)
+{
+    return pageCount(project) + u" and ScreenShotFilePath ="_s + quoted(imagePath);
+}
