@@ -1,0 +1,133 @@
+#include "documents/DocumentGeneration.h"
+
+#include "documents/PassFiles.h"
+#include "platform/RunTimeError.h"
+
+#include <QScopeGuard>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+PromptText closeWordPrompt(bool withPdf)
+{
+    if (!withPdf)
+        return {u"If the file you are creating is already open elsewhere, Microsoft Word \r\n"
+                "will generate a share violation error.\r\n\r\n"
+                "So either close all Word applications now (this is recommended).\r\n"
+                "Or, close them if they are open with the current project files."_s,
+                u"Please Close Microsoft Word"_s, Icon::Exclamation};
+    return {u"If the file you are creating is already open elsewhere, Microsoft Word \r\n"
+            "and Adobe PDF will generate a share violation error.\r\n\r\n"
+            "So either close all Word and Adobe applications now(this is recommended).\r\n"
+            "Or, close them if they are open with the current project files.\r\n\r\n"
+            "Please click the 'Save' button when it prompts, but do NOT click on \r\n"
+            "anything else during generating PDF to avoid to see rather confusing \r\n"
+            "'Retry' message."_s,
+            u"Please Close Microsoft Word and Adobe Applications"_s, Icon::Exclamation};
+}
+
+bool wantsHtml(Prompter &prompter)
+{
+    return prompter.ask(Question::DocumentFormat, Buttons::YesNo,
+                        {u"Generate HTML format or Microsoft Word format documents?\r\n\r\n"
+                         "Click Yes for HTML format.\r\n"
+                         "Click No for Word Format.\r\n"
+                         "Note: If you want a PDF file be created, you will need\r\n"
+                         "its Microsoft Word file be created first."_s,
+                         u"Generate HTML document?"_s, Icon::Question}) == Answer::Yes;
+}
+} // namespace
+
+DocumentGeneration::DocumentGeneration(const DocumentServices &services) : m_services(services) {}
+
+void DocumentGeneration::CreateDocuments()
+{
+    if (m_running)
+        return;
+    m_running = true;
+    const auto finished = qScopeGuard([this] { m_running = false; });
+    if (!m_services.directories.existingProject()) {
+        m_services.prompter.tell(Question::SelectProjectForDocuments,
+                                 {u"Shotly can only generate HTML document for an existing project. \r\n"
+                                  "Please select a project from the pink dropdown list."_s,
+                                  u"Please select a project"_s});
+        return;
+    }
+    if (!m_services.directories.LocateProjectDirectory())
+        return;
+    m_services.workspace.setBusyPointer(true);
+    const auto defaultPointer = qScopeGuard([this] { m_services.workspace.setBusyPointer(false); });
+    switch (m_services.state.AppOptions.FinalDocumentFormat) {
+    case 0:
+        GenerateHtmlOutput();
+        break;
+    case 1:
+        GenerateWordOutput();
+        break;
+    case 2:
+        if (wantsHtml(m_services.prompter))
+            GenerateHtmlOutput();
+        else
+            GenerateWordOutput();
+        break;
+    case 3:
+        GenerateHtmlOutput();
+        GenerateWordOutput();
+        break;
+    default:
+        break;
+    }
+}
+
+void DocumentGeneration::GenerateHtmlOutput()
+{
+    Module1 &state = m_services.state;
+    const PreviousPages previous(state.FileSystem, state.ProjectDirectory,
+                                 ProjectDirectories::oldDocumentFolder(state.ProjectDirectory));
+    if (!m_services.directories.MoveOldDocuments(u"HTML"_s))
+        return;
+    try {
+        const HtmlOutcome outcome = writeHtmlDocuments(state.AppOptions.ProjectName);
+        if (outcome == HtmlOutcome::GivenUp && !previous.putBack())
+            tellFailure(u"the generation was cancelled"_s, false);
+        if (outcome != HtmlOutcome::Finished)
+            return;
+    } catch (const RunTimeError &error) {
+        tellFailure(error.description(), previous.putBack());
+        return;
+    }
+    if (state.AppOptions.ShowLessMessage != 1)
+        m_services.prompter.tell(
+            Question::HtmlPagesCreated,
+            {u"HTML pages created for this project are in \r\n"_s +
+                 FileSystem::join(state.AppOptions.BaseDirectory, state.AppOptions.ProjectName) +
+                 u"\r\n\r\nThe file names end with .htm"_s,
+             state.AppTitle});
+    state.ShowContentsRequested = true;
+    m_services.workspace.openContentsPage();
+}
+
+void DocumentGeneration::tellFailure(const QString &reason, bool previousAreBack)
+{
+    QString text = u"No HTML documents were created: "_s + reason;
+    if (!previousAreBack)
+        text += u"\r\nSome of the previous ones could not be put back from the folder "_s +
+                ProjectDirectories::oldDocumentFolder(m_services.state.ProjectDirectory);
+    m_services.prompter.tell(Question::DocumentsFailed, {text, m_services.state.AppTitle, Icon::Exclamation});
+}
+
+void DocumentGeneration::GenerateWordOutput()
+{
+    const AppOptions &options = m_services.state.AppOptions;
+    m_services.prompter.tell(Question::CloseWordFirst, closeWordPrompt(options.AutoConvertWord2PDF != 0));
+    if (!m_services.wordDocuments || !m_services.wordDocuments->available()) {
+        m_services.prompter.tell(
+            Question::WordNotInstalled,
+            {u"Microsoft Word is not installed or is not functioning right. Error Number: 429"_s,
+             m_services.state.AppTitle});
+        return;
+    }
+    if (m_services.directories.MoveOldDocuments(u"Word"_s))
+        m_services.wordDocuments->GenerateWordDocuments(options.ProjectName);
+}
