@@ -6,9 +6,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -17,6 +21,11 @@
 
 namespace
 {
+// A temporary file is called ".shotly-<process>-<counter>.tmp": short, so that it fits wherever the target's
+// name does.
+constexpr std::string_view temporaryPrefix = ".shotly-";
+constexpr std::string_view temporarySuffix = ".tmp";
+
 struct FreeDeleter {
     void operator()(char *memory) const noexcept { std::free(memory); }
 };
@@ -147,9 +156,8 @@ private:
         static std::atomic<unsigned> counter{0};
         const QByteArray folder = folderOf(m_target);
         for (;;) {
-            // Short, so that it fits wherever the target's name does.
-            m_temporary = folder + "/.shotly-" + QByteArray::number(::getpid()) + '-' +
-                          QByteArray::number(counter.fetch_add(1)) + ".tmp";
+            m_temporary = folder + '/' + temporaryPrefix.data() + QByteArray::number(::getpid()) + '-' +
+                          QByteArray::number(counter.fetch_add(1)) + temporarySuffix.data();
             const int number = ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
             if (number >= 0)
                 return number;
@@ -210,6 +218,20 @@ void AtomicFile::copy(const QString &source, const QString &target)
         to.append({&piece, 1});
     }
     to.takeTheName();
+}
+
+void AtomicFile::removeLeftOvers(const QString &folder)
+{
+    std::error_code error;
+    std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename();
+        if (!name.starts_with(temporaryPrefix) || !name.ends_with(temporarySuffix))
+            continue;
+        const int process = std::atoi(name.c_str() + temporaryPrefix.size());
+        if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH)
+            ::unlink(entry->path().c_str());
+    }
 }
 
 bool AtomicFile::syncFile(const QString &path) noexcept

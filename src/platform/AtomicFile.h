@@ -22,6 +22,10 @@ void write(const QString &path, QByteArrayView bytes);
 /// missing or cannot be read leaves the target as it was.
 void copy(const QString &source, const QString &target);
 
+/// Deletes the temporary files in `folder` whose writers were killed; whatever fails is left for another
+/// time.
+void removeLeftOvers(const QString &folder);
+
 /// Waits until the file's bytes and its name are on the disk. False when that failed.
 bool syncFile(const QString &path) noexcept;
 } // namespace AtomicFile

@@ -26,6 +26,7 @@ enum class Question {
     CaptureWillStop,
     CaptureNotPossible,
     PagesNotRegistered,
+    RegisterAbandonedRun,
     SnapshotsNotMarked,
     HelpNotAvailable,
     // main window

@@ -6,9 +6,12 @@
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace
@@ -102,6 +105,30 @@ TEST_F(AtomicFileTest, refusalsSayWhyAndChangeNothing)
     EXPECT_EQ(errorOf([&] { AtomicFile::copy(path("none"), m_old); }), RunTimeError::FileNotFound);
     EXPECT_EQ(everything(), QStringLiteral("folder old pipe"));
     EXPECT_EQ(contents(m_old), "old");
+}
+
+TEST_F(AtomicFileTest, whatAKilledWriterLeftIsRemovedAndNothingElse)
+{
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+        AtomicFile::copy(path("pipe"), m_old); // waits for more until it is killed
+        ::_exit(1);
+    }
+    const int pipe = ::open(QFile::encodeName(path("pipe")).constData(), O_WRONLY);
+    ASSERT_EQ(::write(pipe, "half", 4), 4);
+    const auto temporary = [this] { return everything().section(u' ', 0, 0); };
+    while (QFileInfo(m_folder.filePath(temporary())).size() != 4) {
+    }
+    AtomicFile::removeLeftOvers(m_folder.path()); // its writer lives
+    EXPECT_TRUE(temporary().startsWith(u'.'));
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    ::close(pipe);
+    AtomicFile::write(path(".shotly-notes.tmp"), "of the user's");
+    AtomicFile::removeLeftOvers(m_folder.path());
+    EXPECT_EQ(everything(), QStringLiteral(".shotly-notes.tmp old pipe"));
+    AtomicFile::removeLeftOvers(path("none"));
 }
 
 TEST_F(AtomicFileTest, permissionsAreKeptAndRespected)
