@@ -4,11 +4,12 @@ Cores::Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &
              Progress &progress)
     : database(*platform.database, state, prompter), directories(state, database, prompter),
       grabbing(state, *platform.screen),
-      snapshots({state, *platform.screen, *platform.clock, *platform.sound, prompter, database, view},
-                grabbing),
-      marker(state, *platform.screen), run({state, *platform.inputHook, *platform.clock, prompter, workspace,
-                                            view, database, directories, progress},
-                                           grabbing, snapshots, marker),
+      snapshots({state, *platform.screen, *platform.clock, *platform.sound, prompter, view}, grabbing),
+      marker(state, *platform.screen),
+      registration({state, *platform.clock, prompter, database, marker, progress}),
+      run({state, *platform.inputHook, *platform.clock, prompter, workspace, view, database, directories,
+           registration},
+          grabbing, snapshots),
       delayedShot({state, *platform.screen, *platform.sound, prompter, workspace, *platform.programs},
                   grabbing),
       documents(

@@ -17,6 +17,7 @@ struct Cores {
     ScreenGrabbing grabbing;
     SnapshotFiles snapshots;
     PointerMarker marker;
+    RunRegistration registration;
     CaptureRun run;
     DelayedShot delayedShot;
     DocumentGeneration documents;

@@ -138,6 +138,14 @@ void frmMain::MDIForm_Load()
     cmbProj->setFocus();
     Timer1->start();
     updateCommands();
+    QTimer::singleShot(0, this, guarded(*m_failures, [this] { offerAbandonedRuns(); }));
+}
+
+/// Once the window is there to ask from.
+void frmMain::offerAbandonedRuns()
+{
+    if (m_cores->run.offerAbandonedRuns())
+        fillProjectBox();
 }
 
 void frmMain::fillProjectBox()

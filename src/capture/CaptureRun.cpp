@@ -17,9 +17,8 @@ constexpr int escapeWait = 50; // milliseconds
 constexpr int rightButton = 2;
 } // namespace
 
-CaptureRun::CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files,
-                       PointerMarker &marker)
-    : m_services(services), m_grabbing(grabbing), m_files(files), m_marker(marker)
+CaptureRun::CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files)
+    : m_services(services), m_grabbing(grabbing), m_files(files)
 {
 }
 
@@ -56,6 +55,8 @@ void CaptureRun::begin(EventSink sink)
     if (!ListContains(m_services.workspace.projectNames(), name))
         m_services.workspace.addProjectName(name);
     m_services.workspace.setProjectText(name);
+    m_services.registration.offerAbandoned(name);
+    state.ShotCounter = 1;
     if (!prepareDirectory())
         return;
     OptionsStore::writeProjectName(state.OptionsFilePath, name);
@@ -148,6 +149,8 @@ void CaptureRun::startWatching(EventSink sink)
     const bool stopBar = state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0;
     state.ShotTable.clear();
     state.RightClickPending = false;
+    if (!beginJournal())
+        return;
     if (stopBar)
         m_services.view.showStopBar();
     m_services.workspace.minimise();
@@ -160,12 +163,37 @@ void CaptureRun::startWatching(EventSink sink)
     } catch (const RunTimeError &error) {
         state.CaptureRunning = false;
         state.TrayAllowed = true;
+        m_files.setJournal(nullptr);
+        m_journal->remove();
+        m_journal.reset();
         if (stopBar)
             m_services.view.hideStopBar();
         m_services.workspace.restoreNormal();
         m_services.prompter.tell(Question::CaptureNotPossible,
                                  {error.description(), state.AppTitle, Icon::Exclamation});
     }
+}
+
+/// Without a journal a run would not survive the program: it does not begin.
+bool CaptureRun::beginJournal()
+{
+    const Module1 &state = m_services.state;
+    const AppOptions &options = state.AppOptions;
+    const QDateTime now = m_services.clock.now();
+    try {
+        m_journal = RunJournal::begin(
+            state.ApplicationPath, now,
+            {options.ProjectName, state.ProjectDirectory,
+             FileSystem::join(options.BaseDirectory, options.ProjectName), state.PageNumberBase,
+             options.BigPicSize, options.OptionFlags[MouseBorderColor], options.OptionFlags[MouseInsideColor],
+             options.UseSystemMouseShape, now.date()});
+    } catch (const RunTimeError &error) {
+        m_services.prompter.tell(Question::CaptureNotPossible,
+                                 {error.description(), state.AppTitle, Icon::Exclamation});
+        return false;
+    }
+    m_files.setJournal(m_journal.get());
+    return true;
 }
 
 void CaptureRun::deliver(const EventSink &sink, const InputEvent &event)
@@ -253,21 +281,23 @@ void CaptureRun::stop(std::uint32_t upTo)
 
 void CaptureRun::finish()
 {
-    const int notMarked = m_marker.MarkAllShots(m_services.progress);
-    const SnapshotFiles::Registered registered = m_files.registerPages(m_services.progress);
-    if (notMarked > 0)
-        m_services.prompter.tell(
-            Question::SnapshotsNotMarked,
-            {u"The pointer could not be drawn onto %1 of the snapshots."_s.arg(notMarked),
-             m_services.state.AppTitle, Icon::Exclamation});
-    if (registered.missing > 0)
-        m_services.prompter.tell(
-            Question::PagesNotRegistered,
-            {u"%1 of %2 snapshots could not be registered as pages. Their files are in\r\n%3"_s
-                 .arg(registered.missing)
-                 .arg(registered.missing + registered.pages)
-                 .arg(m_services.state.ProjectDirectory),
-             m_services.state.AppTitle, Icon::Exclamation});
+    m_files.setJournal(nullptr);
+    if (m_journal->shots().empty())
+        m_journal->remove();
+    else
+        m_services.registration.perform(*m_journal);
+    // What an earlier stop could not register is offered again; this run's own journal is still locked.
+    m_services.registration.offerAbandoned();
+    m_journal.reset();
     m_services.workspace.refreshPageViews();
     m_services.directories.show1stPic();
+}
+
+bool CaptureRun::offerAbandonedRuns()
+{
+    if (m_changing || m_services.state.CaptureRunning)
+        return false;
+    m_changing = true;
+    const auto done = qScopeGuard([this] { m_changing = false; });
+    return m_services.registration.offerAbandoned();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/PointerMarker.h"
+#include "capture/RunRegistration.h"
 #include "capture/SnapshotFiles.h"
 #include "pagestore/ProjectDirectories.h"
 #include "platform/InputHook.h"
@@ -22,23 +22,27 @@ public:
         CaptureView &view;
         PageDatabase &database;
         ProjectDirectories &directories;
-        Progress &progress;
+        RunRegistration &registration;
     };
 
-    CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files,
-               PointerMarker &marker);
+    CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files);
 
     /// Receives the hook's events while the run is on. The main window passes each on to the handler of its
     /// kind; a failure thrown there is told to the user, the hook suspended meanwhile, and the run goes on.
     using EventSink = std::function<void(const InputEvent &)>;
 
-    /// Starts a run for the project in the project box. With one already on, brings its stop bar forward.
+    /// Starts a run for the project in the project box; one of the same project that was interrupted is
+    /// settled first. With one already on, brings its stop bar forward.
     void begin(EventSink sink);
 
     /// Ends the run: marks the snapshots, registers them as pages, shows the first. Nothing when none is on.
     /// What the user did up to the display's time stamp `upTo` still counts (the click that chose Stop is a
     /// snapshot like any other); 0: all that has happened by now.
     void stop(std::uint32_t upTo);
+
+    /// Offers the runs that were interrupted; to be called when the main window stands. True when there was
+    /// one.
+    bool offerAbandonedRuns();
 
     void keyDown(int keyCode);
     void keyUp(int keyCode);
@@ -56,11 +60,12 @@ private:
     void deliver(const EventSink &sink, const InputEvent &event);
     void tellFailure(const QString &reason);
     void releaseHook();
+    bool beginJournal();
     void finish();
 
     Services m_services;
     ScreenGrabbing &m_grabbing;
     SnapshotFiles &m_files;
-    PointerMarker &m_marker;
+    std::unique_ptr<RunJournal> m_journal; ///< from begin() until its pages are registered
     bool m_changing = false; ///< begin() or stop() is under way; their boxes let other commands in
 };

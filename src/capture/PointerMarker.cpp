@@ -2,7 +2,6 @@
 
 #include "platform/ImageFile.h"
 #include "platform/Rounding.h"
-#include "platform/RunTimeError.h"
 
 #include <QFont>
 #include <QFontMetrics>
@@ -20,12 +19,12 @@ constexpr QPoint fillStrokes[][2] = {{{1, 2}, {1, 16}}, {{2, 3}, {2, 15}},  {{3,
                                      {{3, 6}, {9, 10}}, {{2, 7}, {8, 9}}};
 constexpr QPoint outline[] = {{0, 0}, {0, 17}, {4, 12}, {9, 21}, {11, 19}, {7, 11}, {11, 11}, {0, 0}};
 
-void drawArrow(QPainter &painter, QPoint tip, QColor inside, QColor border)
+void drawArrow(QPainter &painter, QPoint tip, const MarkStyle &style)
 {
-    painter.setPen(QPen(inside, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(style.inside, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     for (const auto &stroke : fillStrokes)
         painter.drawLine(tip + stroke[0], tip + stroke[1]);
-    painter.setPen(QPen(border, 1));
+    painter.setPen(QPen(style.border, 1));
     for (std::size_t i = 1; i < std::size(outline); ++i)
         painter.drawLine(tip + outline[i - 1], tip + outline[i]);
 }
@@ -43,10 +42,10 @@ QFont labelFont(const QString &label, QSize room)
     return font;
 }
 
-void drawRightClick(QPainter &painter, QPoint click, QColor inside, QColor border)
+void drawRightClick(QPainter &painter, QPoint click, const MarkStyle &style)
 {
-    painter.setPen(QPen(border, 1));
-    painter.setBrush(inside);
+    painter.setPen(QPen(style.border, 1));
+    painter.setBrush(style.inside);
     painter.drawEllipse(click, 2, 2);
     painter.setBrush(Qt::NoBrush);
 
@@ -90,55 +89,38 @@ QColor PointerMarker::insideColour(int option)
     }
 }
 
-int PointerMarker::MarkAllShots(Progress &progress)
-{
-    if (m_state.ShotTable.size() < 2)
-        return 0;
-    const QColor border = borderColour(m_state.AppOptions.OptionFlags[MouseBorderColor]);
-    const QColor inside = insideColour(m_state.AppOptions.OptionFlags[MouseInsideColor]);
-    ProgressScope scope(progress, u"Drawing the pointer"_s, static_cast<int>(m_state.ShotTable.size()) - 1);
-    int failures = 0;
-    for (std::size_t i = 1; i < m_state.ShotTable.size(); ++i) {
-        try {
-            DrawPointerMarker(i, inside, border);
-        } catch (const RunTimeError &) {
-            ++failures;
-        }
-        scope.step(static_cast<int>(i));
-    }
-    return failures;
-}
-
-void PointerMarker::DrawPointerMarker(std::size_t number, QColor inside, QColor border)
+void PointerMarker::DrawPointerMarker(std::size_t number, const MarkStyle &style, std::uint64_t hash)
 {
     ShotEntry &shot = m_state.ShotTable[number];
-    QImage picture = ImageFile::load(shot[ShotPath]);
+    const QByteArray bytes = ImageFile::read(shot[ShotPath]);
+    QImage picture = ImageFile::decode(bytes, shot[ShotPath]);
+    if (ImageFile::hash(bytes) != hash)
+        return;
     if (shot[ShotReduced] == "True"_L1) {
         for (const ShotField field : {ShotPointerX, ShotPointerY, ShotRightClickX, ShotRightClickY})
-            shot[field] =
-                QString::number(Rounding::toInt(shot[field].toInt() * 0.01 * m_state.AppOptions.BigPicSize));
+            shot[field] = QString::number(Rounding::toInt(shot[field].toInt() * 0.01 * style.bigPicSize));
     }
-    drawPointer(picture, {shot[ShotPointerX].toInt(), shot[ShotPointerY].toInt()}, inside, border);
+    drawPointer(picture, {shot[ShotPointerX].toInt(), shot[ShotPointerY].toInt()}, style);
     if (shot[ShotRightClick] == "True"_L1) {
         const QPoint click(shot[ShotRightClickX].toInt(), shot[ShotRightClickY].toInt());
         {
             QPainter painter(&picture);
-            drawRightClick(painter, click, inside, border);
+            drawRightClick(painter, click, style);
         }
-        drawPointer(picture, click, inside, border);
+        drawPointer(picture, click, style);
     }
     ImageFile::save(picture, shot[ShotPath]);
 }
 
-void PointerMarker::drawPointer(QImage &picture, QPoint tip, QColor inside, QColor border) const
+void PointerMarker::drawPointer(QImage &picture, QPoint tip, const MarkStyle &style) const
 {
     QPainter painter(&picture);
-    if (m_state.AppOptions.UseSystemMouseShape) {
+    if (style.systemMouseShape) {
         const CursorShape cursor = m_screen.cursorShape();
         if (!cursor.image.isNull()) {
             painter.drawImage(tip, cursor.image);
             return;
         }
     }
-    drawArrow(painter, tip, inside, border);
+    drawArrow(painter, tip, style);
 }

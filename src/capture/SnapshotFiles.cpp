@@ -1,9 +1,7 @@
 #include "capture/SnapshotFiles.h"
 
-#include "pagestore/Statements.h"
 #include "paint/mdlEffect.h"
 #include "platform/ApplicationFolder.h"
-#include "platform/AtomicFile.h"
 #include "platform/ImageFile.h"
 #include "platform/RunTimeError.h"
 
@@ -53,11 +51,7 @@ void SnapshotFiles::mkPic()
         const QImage picture = grabFor(decision.grab);
         if (picture.isNull())
             throw RunTimeError(RunTimeError::InvalidPicture, u"The screen could not be grabbed."_s);
-        if (decision.reduce)
-            ReduceAndSave(picture, path);
-        else
-            ImageFile::save(picture, path);
-        RecordShot(path);
+        RecordShot(path, decision.reduce ? ReduceAndSave(picture, path) : ImageFile::save(picture, path));
     }
     ++state.ShotCounter;
     if (state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0)
@@ -78,31 +72,35 @@ QImage SnapshotFiles::grabFor(Grab grab)
     return m_grabbing.CaptureScreen();
 }
 
-void SnapshotFiles::RecordShot(const QString &path)
+void SnapshotFiles::RecordShot(const QString &path, std::uint64_t hash)
 {
     Module1 &state = m_services.state;
+    const bool scaled = state.AppOptions.BigPicSize < 100 && (m_wholeScreenShot || m_pictureReduced);
+    const ShotEntry entry{state.AppOptions.ProjectName,
+                          path,
+                          QString::number(state.PointerX),
+                          QString::number(state.PointerY),
+                          u"OK"_s,
+                          flagText(scaled),
+                          flagText(state.RightClickPending),
+                          QString::number(state.RightClickX),
+                          QString::number(state.RightClickY)};
+    if (m_journal)
+        m_journal->add({state.ShotCounter, entry, hash});
     const auto number = static_cast<std::size_t>(state.ShotCounter);
     if (state.ShotTable.size() <= number)
         state.ShotTable.resize(number + 1);
-    const bool scaled = state.AppOptions.BigPicSize < 100 && (m_wholeScreenShot || m_pictureReduced);
-    state.ShotTable[number] = {state.AppOptions.ProjectName,
-                               path,
-                               QString::number(state.PointerX),
-                               QString::number(state.PointerY),
-                               u"OK"_s,
-                               flagText(scaled),
-                               flagText(state.RightClickPending),
-                               QString::number(state.RightClickX),
-                               QString::number(state.RightClickY)};
+    state.ShotTable[number] = entry;
     state.RightClickPending = false;
     state.PointerX = Module1::noPointer;
 }
 
-void SnapshotFiles::ReduceAndSave(const QImage &grabbed, const QString &path)
+std::uint64_t SnapshotFiles::ReduceAndSave(const QImage &grabbed, const QString &path)
 {
     m_pictureReduced = true;
     const float factor = static_cast<float>(m_services.state.AppOptions.BigPicSize * 0.01);
-    ImageFile::save(mdlEffect::TransformPicture(grabbed, mdlEffect::Kind::Resize, {factor, factor}), path);
+    return ImageFile::save(mdlEffect::TransformPicture(grabbed, mdlEffect::Kind::Resize, {factor, factor}),
+                           path);
 }
 
 QString SnapshotFiles::getSavePath()
@@ -116,49 +114,4 @@ QString SnapshotFiles::getSavePath()
     prompt.filter = u"Image Files (*.bmp)|*.bmp"_s;
     prompt.askOverwrite = true;
     return m_services.prompter.saveFile(Question::SaveSnapshotAs, prompt).value_or(QString());
-}
-
-SnapshotFiles::Registered SnapshotFiles::registerPages(Progress &progress)
-{
-    const std::vector<ShotEntry> &shots = m_services.state.ShotTable;
-    if (shots.size() < 2)
-        return {};
-    ProgressScope scope(progress, u"Registering the pages"_s, static_cast<int>(shots.size()) - 1);
-    Registered registered;
-    try {
-        const std::unique_ptr<DatabaseBatch> batch = m_services.database.beginBatch();
-        insertPages(scope);
-        batch->commit();
-    } catch (const RunTimeError &) {
-        // What is missing is counted below, and told by the caller.
-    }
-    for (const ShotEntry &shot : shots) {
-        if (shot[ShotPath].isEmpty())
-            continue;
-        const bool present = m_services.database.QueryLong(
-                                 Statements::capturedPageCount(shot[ShotProjectName], shot[ShotPath])) > 0;
-        ++(present ? registered.pages : registered.missing);
-    }
-    return registered;
-}
-
-void SnapshotFiles::insertPages(ProgressScope &progress)
-{
-    Module1 &state = m_services.state;
-    int inserted = 0;
-    for (std::size_t i = 1; i < state.ShotTable.size(); ++i) {
-        ShotEntry &shot = state.ShotTable[i];
-        if (shot[ShotPath].isEmpty())
-            continue;
-        AtomicFile::syncFile(shot[ShotPath]); // a page never outlives its picture
-        if (shot[ShotStatus].isEmpty())
-            shot[ShotStatus] = u"OK"_s;
-        m_services.database.RunSql(
-            QString::fromUtf16(Statements::pageTable),
-            Statements::insertCapturedPage(
-                {shot[ShotProjectName], shot[ShotPath], shot[ShotStatus],
-                 state.PageNumberBase + static_cast<std::int32_t>(i), m_services.clock.now().date(),
-                 FileSystem::join(state.AppOptions.BaseDirectory, shot[ShotProjectName])}));
-        progress.step(++inserted);
-    }
 }

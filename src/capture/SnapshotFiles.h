@@ -1,13 +1,12 @@
 #pragma once
 
 #include "capture/GrabDecision.h"
+#include "capture/RunJournal.h"
 #include "capture/ScreenGrabbing.h"
-#include "pagestore/PageDatabase.h"
 #include "platform/Clock.h"
 #include "platform/Prompter.h"
 #include "platform/Sound.h"
 #include "state/Module1.h"
-#include "state/Progress.h"
 
 /// What the capture run tells the screen. The main window and the stop bar implement it.
 class CaptureView
@@ -24,7 +23,7 @@ public:
     virtual void deleteTrayIcon() = 0;
 };
 
-/// Snapshot files: their names, how they are taken, and how a run's snapshots become pages.
+/// Snapshot files: their names, and how they are taken.
 class SnapshotFiles
 {
 public:
@@ -34,15 +33,18 @@ public:
         Clock &clock;
         Sound &sound;
         Prompter &prompter;
-        PageDatabase &database;
         CaptureView &view;
     };
 
     SnapshotFiles(const Services &services, ScreenGrabbing &grabbing);
 
     /// Takes one snapshot of the run: waits 100 ms, grabs, saves, records, flashes, plays the sound. Throws
-    /// RunTimeError when the file cannot be written; nothing is recorded and the number stays free then.
+    /// RunTimeError when the file or the journal cannot be written; nothing is recorded and the number stays
+    /// free then.
     void mkPic();
+
+    /// The journal that mkPic() writes each snapshot to; null while no run is on. It must outlive its use.
+    void setJournal(RunJournal *journal) { m_journal = journal; }
 
     /// Path of the snapshot that comes next: project directory, prefix and a number of at least four digits.
     QString nextSnapshotFile() const;
@@ -50,23 +52,14 @@ public:
     /// Asks where a single snapshot goes; empty when the user cancels.
     QString getSavePath();
 
-    /// What came of registering a run.
-    struct Registered {
-        int pages = 0;
-        int missing = 0; ///< snapshots that did not become a page
-    };
-
-    /// Inserts one page per recorded snapshot, in one transaction, and asks afterwards which are there.
-    Registered registerPages(Progress &progress);
-
 private:
     QImage grabFor(Grab grab);
-    void RecordShot(const QString &path);
-    void ReduceAndSave(const QImage &grabbed, const QString &path);
-    void insertPages(ProgressScope &progress);
+    void RecordShot(const QString &path, std::uint64_t hash);
+    std::uint64_t ReduceAndSave(const QImage &grabbed, const QString &path);
 
     Services m_services;
     ScreenGrabbing &m_grabbing;
     bool m_wholeScreenShot = false;
     bool m_pictureReduced = false;
+    RunJournal *m_journal = nullptr;
 };

@@ -32,12 +32,11 @@ struct CaptureFixture : TestPages {
     FakeProgress progress;
     FakeCaptureView view;
     ScreenGrabbing grabbing{state, screen};
-    SnapshotFiles files{{state, screen, clock, sound, prompter, pages, view}, grabbing};
+    SnapshotFiles files{{state, screen, clock, sound, prompter, view}, grabbing};
     PointerMarker marker{state, screen};
-    CaptureRun run{{state, hook, clock, prompter, workspace, view, pages, directories, progress},
-                   grabbing,
-                   files,
-                   marker};
+    RunRegistration registration{{state, clock, prompter, pages, marker, progress}};
+    CaptureRun run{
+        {state, hook, clock, prompter, workspace, view, pages, directories, registration}, grabbing, files};
 
     CaptureFixture()
     {
@@ -72,6 +71,23 @@ struct CaptureFixture : TestPages {
     {
         hook.send({kind, keyCode, 0, 0, {}, ++m_time});
         hook.deliver();
+    }
+
+    /// Names of the journals in the application folder.
+    QStringList journals() const
+    {
+        return QDir(state.ApplicationPath).entryList({QStringLiteral("*.journal")});
+    }
+
+    /// The page numbers of all projects, joined with blanks.
+    QString pageNumbers()
+    {
+        QStringList numbers;
+        const auto rows =
+            pages.openRecordset(QStringLiteral("select PageNumber from PageData order by PageNumber"));
+        for (; !rows->atEnd(); rows->moveNext())
+            numbers += rows->field(0).toString();
+        return numbers.join(QLatin1Char(' '));
     }
 
     /// The snapshots' entry, fields 1 (bare name) to 8, joined with blanks.

@@ -22,14 +22,6 @@ protected:
                         .arg(i)
                         .arg(state.ProjectDirectory));
     }
-    QString pageNumbers()
-    {
-        QStringList numbers;
-        const auto rows = pages.openRecordset(u"select PageNumber from PageData order by PageNumber"_s);
-        for (; !rows->atEnd(); rows->moveNext())
-            numbers += rows->field(0).toString();
-        return numbers.join(u' ');
-    }
     void newProject(const QString &name)
     {
         workspace.text = name;
@@ -266,6 +258,56 @@ TEST_F(CaptureRunTest, PagesThatAreMissingAfterwardsAreTold)
     prompter.expectTell(Question::DatabaseUnreachable); // looking for the first page
     run.stop(0);
     EXPECT_TRUE(prompter.asked[0].text.startsWith(u"1 of 1 snapshots"_s));
+    EXPECT_EQ(journals().size(), 1); // for the next stop or start
+
+    state.ConnectionString = u"Data Source="_s + state.DatabasePath;
+    newProject(u"next"_s);
+    begin();
+    click({160, 430});
+    prompter.expectAsk(Question::RegisterAbandonedRun, Answer::Yes);
+    run.stop(0);
+    EXPECT_TRUE(prompter.asked.back().text.startsWith(u"A capture of the project lost on 03/21/2026"_s));
+    EXPECT_EQ(pageNumbers(), u"1 1"_s);
+    EXPECT_TRUE(journals().isEmpty());
+}
+
+TEST_F(CaptureRunTest, AnInterruptedRunOfTheProjectIsSettledBeforeItsPagesAreNumbered)
+{
+    addPages(2);
+    prompter.expectAsk(Question::KeepExistingPages, Answer::Yes);
+    begin();
+    click({150, 420});
+    click({160, 430});
+    // The program dies here: its journal stays, its lock goes.
+    const QString journal = state.ApplicationPath + u'/' + journals().first();
+    const QString copy = folder.path() + u"/left"_s;
+    ASSERT_TRUE(QFile::copy(journal, copy));
+    const QByteArray picture = read(state.ShotTable[1][ShotPath]);
+    run.stop(0);
+    execute(u"delete from PageData where PageNumber > 2"_s);
+    write(inProject(u"sh0003.bmp"_s), picture);
+    ASSERT_TRUE(QFile::rename(copy, journal));
+
+    prompter.expectAsk(Question::RegisterAbandonedRun, Answer::Yes);
+    prompter.expectAsk(Question::KeepExistingPages, Answer::Yes);
+    begin();
+    EXPECT_EQ(prompter.asked[prompter.asked.size() - 2].title, u"Unfinished capture: 2 snapshots"_s);
+    EXPECT_EQ(state.PageNumberBase, 4);
+    click({170, 440});
+    EXPECT_EQ(entry(1).section(u' ', 0, 0), u"sh0005.bmp"_s);
+    run.stop(0);
+    EXPECT_EQ(pageNumbers(), u"1 2 3 4 5"_s);
+    EXPECT_TRUE(journals().isEmpty());
+}
+
+TEST_F(CaptureRunTest, WithoutAJournalNoRunBegins)
+{
+    state.ApplicationPath = u"/proc/nowhere"_s;
+    newProject(u"unsafe"_s);
+    prompter.expectTell(Question::CaptureNotPossible);
+    begin();
+    EXPECT_FALSE(state.CaptureRunning);
+    EXPECT_FALSE(hook.running());
 }
 
 TEST_F(CaptureRunTest, AHookThatCannotStartLeavesNothingRunning)
@@ -279,4 +321,5 @@ TEST_F(CaptureRunTest, AHookThatCannotStartLeavesNothingRunning)
     EXPECT_TRUE(state.TrayAllowed);
     EXPECT_EQ(view.calls.last(), u"hide"_s);
     EXPECT_EQ(workspace.calls.last(), u"restore"_s);
+    EXPECT_TRUE(journals().isEmpty());
 }

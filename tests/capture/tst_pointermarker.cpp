@@ -1,6 +1,7 @@
 #include "CaptureFixture.h"
 
 #include "platform/ImageFile.h"
+#include "platform/RunTimeError.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,18 +15,16 @@ constexpr QRgb red = qRgb(0xff, 0, 0);
 class MarkerTest : public ::testing::Test, protected CaptureFixture
 {
 protected:
-    MarkerTest()
-    {
-        state.AppOptions.OptionFlags[MouseBorderColor] = 1;
-        state.AppOptions.OptionFlags[MouseInsideColor] = 1;
-        state.ShotTable.resize(1);
-    }
+    MarkerTest() { state.ShotTable.resize(1); }
+
+    MarkStyle style{100, PointerMarker::insideColour(1), PointerMarker::borderColour(1), false};
+    std::uint64_t hash = 0; ///< of the snapshot added last
 
     /// A grey snapshot of 800 x 600 with a click and, if there is one, a right click.
     void addShot(QPoint pointer, std::optional<QPoint> rightClick = {}, bool reduced = false)
     {
         const QString path = inProject(u"sh%1.bmp"_s.arg(state.ShotTable.size()));
-        ImageFile::save(screen.picture, path);
+        hash = ImageFile::save(screen.picture, path);
         const QPoint right = rightClick.value_or(QPoint());
         state.ShotTable.push_back({u"Demo"_s, path, QString::number(pointer.x()),
                                    QString::number(pointer.y()), u"OK"_s, reduced ? u"True"_s : u"False"_s,
@@ -49,7 +48,7 @@ protected:
 TEST_F(MarkerTest, TheArrowHasItsTipOnTheClick)
 {
     addShot({500, 300});
-    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    marker.DrawPointerMarker(1, style, hash);
     const QImage picture = marked();
     EXPECT_EQ(picture.pixel(500, 300), blue);
     EXPECT_EQ(picture.pixel(500, 317), blue); // left edge of the outline
@@ -74,9 +73,9 @@ TEST_F(MarkerTest, ColoursFollowTheOptions)
 
 TEST_F(MarkerTest, PositionsOfScaledSnapshotsAreScaled)
 {
-    state.AppOptions.BigPicSize = 90;
+    style.bigPicSize = 90;
     addShot({500, 300}, QPoint(5, 15), true);
-    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    marker.DrawPointerMarker(1, style, hash);
     EXPECT_EQ(entry(1), u"sh1.bmp 450 270 OK True True 4 14"_s); // 4.5 and 13.5 round to the even neighbour
     EXPECT_EQ(marked().pixel(450, 270), blue);
     EXPECT_EQ(marked().pixel(500, 300), grey);
@@ -85,7 +84,7 @@ TEST_F(MarkerTest, PositionsOfScaledSnapshotsAreScaled)
 TEST_F(MarkerTest, ARightClickIsADotAnArrowAndALabelledFrame)
 {
     addShot({300, 300}, QPoint(100, 100));
-    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    marker.DrawPointerMarker(1, style, hash);
     const QImage picture = marked();
     EXPECT_EQ(picture.pixel(300, 300), blue);
     EXPECT_EQ(picture.pixel(100, 100), blue); // the second arrow's tip
@@ -108,31 +107,32 @@ TEST_F(MarkerTest, PositionsOutsideThePictureDrawNothing)
 {
     addShot({-100, 300});
     addShot({799, 599});
-    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    marker.DrawPointerMarker(1, style, hash);
+    marker.DrawPointerMarker(2, style, hash);
     EXPECT_TRUE(changed(marked(1)).isEmpty());
     EXPECT_EQ(changed(marked(2)), QRect(799, 599, 1, 1)); // only the tip of the arrow
 }
 
-TEST_F(MarkerTest, OneSnapshotThatCannotBeMarkedDoesNotKeepTheOthersFromIt)
+TEST_F(MarkerTest, AChangedFileIsLeftAloneAndOneThatIsNoPictureIsAFailure)
 {
     addShot({10, 10});
-    addShot({20, 20});
-    addShot({30, 30});
-    write(state.ShotTable[2][ShotPath], "no picture");
-    EXPECT_EQ(marker.MarkAllShots(progress), 1);
-    EXPECT_EQ(marked(1).pixel(10, 10), blue);
-    EXPECT_EQ(marked(3).pixel(30, 30), blue);
-    EXPECT_EQ(progress.steps, (std::vector<int>{1, 2, 3}));
-    EXPECT_FALSE(progress.open);
+    marker.DrawPointerMarker(1, style, hash);
+    const QByteArray once = read(state.ShotTable[1][ShotPath]);
+    marker.DrawPointerMarker(1, style, hash);
+    EXPECT_EQ(read(state.ShotTable[1][ShotPath]), once);
+    write(state.ShotTable[1][ShotPath], "no picture");
+    EXPECT_THROW(marker.DrawPointerMarker(1, style, hash), RunTimeError);
+    QFile::remove(state.ShotTable[1][ShotPath]);
+    EXPECT_THROW(marker.DrawPointerMarker(1, style, hash), RunTimeError);
 }
 
 TEST_F(MarkerTest, TheSystemsShapeIsDrawnWithItsCornerOnTheClick)
 {
-    state.AppOptions.UseSystemMouseShape = true;
+    style.systemMouseShape = true;
     screen.shape.image = QImage(4, 4, QImage::Format_ARGB32_Premultiplied);
     screen.shape.image.fill(Qt::magenta);
     screen.shape.hotSpot = {2, 2};
     addShot({200, 200});
-    EXPECT_EQ(marker.MarkAllShots(progress), 0);
+    marker.DrawPointerMarker(1, style, hash);
     EXPECT_EQ(changed(marked()), QRect(200, 200, 4, 4));
 }

@@ -1,6 +1,5 @@
 #include "CaptureFixture.h"
 
-#include "pagestore/Statements.h"
 #include "platform/ImageFile.h"
 #include "platform/RunTimeError.h"
 
@@ -116,39 +115,6 @@ TEST_F(SnapshotTest, ASnapshotThatCannotBeWrittenLeavesItsNumberFree)
     state.FileSystem.createFolder(state.ProjectDirectory);
     files.mkPic();
     EXPECT_EQ(entry(1).section(u' ', 0, 0), u"sh0001.bmp"_s);
-}
-
-TEST_F(SnapshotTest, RegistrationMakesAPageOfEveryRecordedSnapshot)
-{
-    state.PageNumberBase = 7;
-    state.AppOptions.ProjectName = u"Demo"_s;
-    for (int i = 0; i < 3; ++i)
-        files.mkPic();
-    state.ShotTable[2][ShotPath].clear(); // nothing recorded under this number
-    state.ShotTable[3][ShotStatus].clear();
-    const SnapshotFiles::Registered registered = files.registerPages(progress);
-    EXPECT_EQ(registered.pages, 2);
-    EXPECT_EQ(registered.missing, 0);
-    const auto rows = pages.openRecordset(
-        u"select ProjectName,PageNumber,PageStatus,ScreenShotFilePath,ProjectDirectory,[Date] from PageData order by PageNumber"_s);
-    ASSERT_EQ(rows->recordCount(), 2);
-    EXPECT_EQ(rows->field(u"PageNumber"_s).toInt(), 8);
-    EXPECT_EQ(rows->field(u"ScreenShotFilePath"_s).toString(), inProject(u"sh0008.bmp"_s));
-    EXPECT_EQ(rows->field(u"Date"_s).toDate(), QDate(2026, 3, 21));
-    rows->moveNext();
-    EXPECT_EQ(rows->field(u"PageNumber"_s).toInt(), 10);
-    EXPECT_EQ(rows->field(u"PageStatus"_s).toString(), u"OK"_s);
-    EXPECT_EQ(rows->field(u"ProjectDirectory"_s).toString(), state.AppOptions.BaseDirectory + u"/Demo"_s);
-}
-
-TEST_F(SnapshotTest, PagesThatTheDatabaseRefusesAreCounted)
-{
-    files.mkPic();
-    files.mkPic();
-    state.ConnectionString = u"Data Source="_s + folder.path() + u"/gone.mdb"_s;
-    const SnapshotFiles::Registered registered = files.registerPages(progress);
-    EXPECT_EQ(registered.pages, 0);
-    EXPECT_EQ(registered.missing, 2);
 }
 
 TEST_F(SnapshotTest, ThePathOfASingleSnapshotIsAsked)

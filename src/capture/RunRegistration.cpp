@@ -1,0 +1,195 @@
+#include "capture/RunRegistration.h"
+
+#include "pagestore/Statements.h"
+#include "platform/AtomicFile.h"
+#include "platform/RunTimeError.h"
+
+#include <chrono>
+#include <future>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+/// A name in `folder` that is free: "sh0001.bmp", else "sh0001-1.bmp" and so on.
+QString freePath(const FileSystem &files, const QString &folder, const QString &name)
+{
+    QString path = FileSystem::join(folder, name);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    for (int i = 1; files.fileExists(path); ++i)
+        path = FileSystem::join(folder, name.left(dot) + u'-' + QString::number(i) + name.mid(dot));
+    return path;
+}
+} // namespace
+
+RunRegistration::RunRegistration(const Services &services) : m_services(services) {}
+
+void RunRegistration::fillState(const RunJournal &journal)
+{
+    Module1 &state = m_services.state;
+    state.PageNumberBase = journal.facts().pageNumberBase;
+    state.ShotTable.clear();
+    for (const RunShot &shot : journal.shots()) {
+        const auto number = static_cast<std::size_t>(shot.number);
+        if (state.ShotTable.size() <= number)
+            state.ShotTable.resize(number + 1);
+        state.ShotTable[number] = shot.entry;
+    }
+}
+
+bool RunRegistration::hasPage(const ShotEntry &shot)
+{
+    return m_services.database.QueryLong(
+               Statements::capturedPageCount(shot[ShotProjectName], shot[ShotPath])) > 0;
+}
+
+int RunRegistration::missingPages(const RunJournal &journal)
+{
+    int missing = 0;
+    for (const RunShot &shot : journal.shots())
+        missing += hasPage(shot.entry) ? 0 : 1;
+    return missing;
+}
+
+void RunRegistration::perform(RunJournal &journal)
+{
+    m_cancelled = false;
+    fillState(journal);
+    const int notMarked = MarkAllShots(journal);
+    if (!m_cancelled)
+        syncFiles();
+    try {
+        if (!m_cancelled)
+            insertPages(journal.facts());
+    } catch (const RunTimeError &) {
+        // What is missing is counted below.
+    }
+    const QString title = m_services.state.AppTitle;
+    if (notMarked > 0)
+        m_services.prompter.tell(
+            Question::SnapshotsNotMarked,
+            {u"The pointer could not be drawn onto %1 of the snapshots."_s.arg(notMarked), title,
+             Icon::Exclamation});
+    const int missing = missingPages(journal);
+    if (missing == 0) {
+        journal.remove();
+        return;
+    }
+    m_services.prompter.tell(Question::PagesNotRegistered,
+                             {u"%1 of %2 snapshots are not pages yet. You will be asked about them again "
+                              u"after the next capture and "
+                              "when Shotly starts; their files are in\r\n%3"_s.arg(missing)
+                                  .arg(journal.shots().size())
+                                  .arg(journal.facts().snapshotDirectory),
+                              title, Icon::Exclamation});
+}
+
+int RunRegistration::MarkAllShots(const RunJournal &journal)
+{
+    const RunFacts &facts = journal.facts();
+    const MarkStyle style{facts.bigPicSize, PointerMarker::insideColour(facts.insideColour),
+                          PointerMarker::borderColour(facts.borderColour), facts.systemMouseShape};
+    ProgressScope progress(m_services.progress, u"Drawing the pointer"_s,
+                           static_cast<int>(journal.shots().size()));
+    int failures = 0;
+    int done = 0;
+    for (const RunShot &shot : journal.shots()) {
+        try {
+            m_services.marker.DrawPointerMarker(static_cast<std::size_t>(shot.number), style, shot.hash);
+        } catch (const RunTimeError &) {
+            ++failures;
+        }
+        if (!progress.step(++done)) {
+            m_cancelled = true;
+            break;
+        }
+    }
+    return failures;
+}
+
+/// A page never outlives its picture. The disk may take its time: the program answers meanwhile.
+void RunRegistration::syncFiles()
+{
+    QStringList paths;
+    for (const ShotEntry &shot : m_services.state.ShotTable) {
+        if (!shot[ShotPath].isEmpty())
+            paths += shot[ShotPath];
+    }
+    const std::future<void> done = std::async(std::launch::async, [paths] {
+        for (const QString &path : paths)
+            AtomicFile::syncFile(path);
+    });
+    while (done.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
+        m_services.clock.letEventsRun();
+}
+
+void RunRegistration::insertPages(const RunFacts &facts)
+{
+    std::vector<ShotEntry> &shots = m_services.state.ShotTable;
+    ProgressScope progress(m_services.progress, u"Registering the pages"_s, static_cast<int>(shots.size()));
+    const std::unique_ptr<DatabaseBatch> batch = m_services.database.beginBatch();
+    for (std::size_t i = 1; i < shots.size(); ++i) {
+        ShotEntry &shot = shots[i];
+        if (shot[ShotPath].isEmpty() || hasPage(shot))
+            continue;
+        if (shot[ShotStatus].isEmpty())
+            shot[ShotStatus] = u"OK"_s;
+        m_services.database.RunSql(
+            QString::fromUtf16(Statements::pageTable),
+            Statements::insertCapturedPage({shot[ShotProjectName], shot[ShotPath], shot[ShotStatus],
+                                            facts.pageNumberBase + static_cast<std::int32_t>(i), facts.date,
+                                            facts.pageDirectory}));
+        if (!progress.step(static_cast<int>(i)))
+            return; // without a commit nothing of it stays
+    }
+    batch->commit();
+}
+
+void RunRegistration::offer(RunJournal &journal)
+{
+    const int missing = missingPages(journal);
+    if (missing == 0) {
+        journal.remove();
+        return;
+    }
+    const RunFacts &facts = journal.facts();
+    const Answer answer = m_services.prompter.ask(
+        Question::RegisterAbandonedRun, Buttons::YesNo,
+        {u"A capture of the project %1 on %2 was interrupted. It has %3 snapshots that are not pages yet.\r\n"
+         "\r\n"
+         "Click Yes to make pages of them.\r\n"
+         "Click No to set them aside in the folder\r\n%4/oldDocument"_s.arg(
+             facts.project, facts.date.toString(u"MM/dd/yyyy"_s), QString::number(missing),
+             facts.snapshotDirectory),
+         u"Unfinished capture: %1 snapshots"_s.arg(missing), Icon::Question});
+    if (answer == Answer::Yes)
+        perform(journal);
+    else
+        setAside(journal);
+}
+
+void RunRegistration::setAside(RunJournal &journal)
+{
+    const FileSystem &files = m_services.state.FileSystem;
+    const QString folder = FileSystem::join(journal.facts().snapshotDirectory, u"oldDocument"_s);
+    files.createFolder(folder);
+    for (const RunShot &shot : journal.shots()) {
+        const QString &path = shot.entry[ShotPath];
+        if (files.fileExists(path) && !hasPage(shot.entry))
+            files.moveFile(path, freePath(files, folder, FileSystem::bareName(path)));
+    }
+    journal.remove();
+}
+
+bool RunRegistration::offerAbandoned(const QString &project)
+{
+    bool offered = false;
+    for (const std::unique_ptr<RunJournal> &journal :
+         RunJournal::abandoned(m_services.state.ApplicationPath)) {
+        if (!project.isEmpty() && journal->facts().project.compare(project, Qt::CaseInsensitive) != 0)
+            continue;
+        offer(*journal);
+        offered = true;
+    }
+    return offered;
+}

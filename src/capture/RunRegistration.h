@@ -1,0 +1,52 @@
+#pragma once
+
+#include "capture/PointerMarker.h"
+#include "capture/RunJournal.h"
+#include "pagestore/PageDatabase.h"
+#include "platform/Clock.h"
+#include "platform/Prompter.h"
+#include "state/Progress.h"
+
+/// Makes pages of the snapshots of a run, from its journal: right after Stop, or later when the program did
+/// not live to do it. Whatever interrupts it, doing it again does only what is left: a snapshot that does not
+/// have the journalled bytes any more is not marked a second time, and a page that is there is not inserted
+/// again.
+class RunRegistration
+{
+public:
+    struct Services {
+        Module1 &state;
+        Clock &clock;
+        Prompter &prompter;
+        PageDatabase &database;
+        PointerMarker &marker;
+        Progress &progress;
+    };
+
+    explicit RunRegistration(const Services &services);
+
+    /// Marks the snapshots, brings their bytes to the disk and inserts the pages in one transaction. When
+    /// every snapshot has its page the journal is removed; otherwise it stays, and the user is told in one
+    /// sentence. Fills ShotTable and PageNumberBase from the journal.
+    void perform(RunJournal &journal);
+
+    /// Asks what becomes of a run that was interrupted: its pages are made, or its snapshots are set aside
+    /// into the folder "oldDocument". A run whose pages are all there already is not asked about.
+    void offer(RunJournal &journal);
+
+    /// Offers every run in the application folder whose program has gone; with a project only that one's.
+    /// True when there was one.
+    bool offerAbandoned(const QString &project = {});
+
+private:
+    void fillState(const RunJournal &journal);
+    bool hasPage(const ShotEntry &shot);
+    int missingPages(const RunJournal &journal);
+    int MarkAllShots(const RunJournal &journal);
+    void syncFiles();
+    void insertPages(const RunFacts &facts);
+    void setAside(RunJournal &journal);
+
+    Services m_services;
+    bool m_cancelled = false;
+};
