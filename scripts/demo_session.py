@@ -7,18 +7,17 @@ DIRECTORY receives app/ (the application folder), Shotly/ (the base directory wi
 what was to be seen. Ends with an error when any number disagrees.
 """
 
-import os
 import re
-import signal
 import subprocess
 import sys
 import time
 from pathlib import Path
 
-PROJECT = "calculator-guide"
-PINK = (0xFF, 0xD6, 0xE7)
-PATIENCE = 30  # seconds until something that must come is given up
+from desktop_driver import (
+    PATIENCE, DesktopError, Session, User, Window, pink_area, root_windows, run, screen_picture, wait_for,
+)  # fmt: skip
 
+PROJECT = "calculator-guide"
 
 # Loads the contents page, then each page that it links, and counts those whose picture has a size.
 FOLLOW_LINKS = """<!DOCTYPE html><body><p></p><script>
@@ -41,125 +40,6 @@ const load = address => new Promise(done => {
 """
 
 
-class DemoError(Exception):
-    pass
-
-
-def run(*words, check=True):
-    done = subprocess.run([str(word) for word in words], capture_output=True, text=True, check=False)
-    if check and done.returncode != 0:
-        raise DemoError(f"{' '.join(map(str, words))}: {done.stderr.strip()}")
-    return done.stdout.strip()
-
-
-def wait_for(what, condition):
-    """The condition's first true value; polls."""
-    deadline = time.monotonic() + PATIENCE
-    while time.monotonic() < deadline:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.05)
-    raise DemoError(f"gave up waiting for {what}")
-
-
-class Window:
-    """A window of some program, found by its title."""
-
-    def __init__(self, identifier):
-        self.identifier = identifier
-
-    @staticmethod
-    def all(title):
-        found = run("xdotool", "search", "--onlyvisible", "--name", title, check=False)
-        return [Window(word) for word in found.split()]
-
-    @staticmethod
-    def wait(title):
-        return wait_for(f"the window {title}", lambda: Window.all(title))[0]
-
-    def rectangle(self):
-        text = run("xdotool", "getwindowgeometry", "--shell", self.identifier)
-        values = dict(line.split("=") for line in text.splitlines() if "=" in line)
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
-
-    def place(self, x, y, width=None, height=None):
-        if width:
-            run("xdotool", "windowsize", "--sync", self.identifier, width, height)
-        run("xdotool", "windowmove", self.identifier, x, y)
-        time.sleep(0.3)
-
-    def activate(self):
-        run("xdotool", "windowactivate", "--sync", self.identifier)
-
-    def point(self, across, down):
-        """A point inside: pixels from the left and top, or fractions of the size."""
-        x, y, width, height = self.rectangle()
-        return (
-            x + (int(width * across) if isinstance(across, float) else across),
-            y + (int(height * down) if isinstance(down, float) else down),
-        )
-
-
-class User:
-    """Mouse and keyboard; counts what a capture run must count."""
-
-    def __init__(self):
-        self.clicks = 0  # releases of the left button
-        self.right_clicks = 0
-        self.keys = 0  # Tab and Return
-        self.counting = False
-
-    def press(self, point, button):
-        run("xdotool", "mousemove", *point, "sleep", "0.15", "mousedown", button, "sleep", "0.06", "mouseup", button)
-
-    def click(self, point, pause=0.6):
-        self.press(point, 1)
-        self.clicks += self.counting
-        time.sleep(pause)
-
-    def right_click(self, point):
-        self.press(point, 3)
-        self.right_clicks += self.counting
-        time.sleep(0.6)
-
-    def key(self, name, pause=0.6):
-        run("xdotool", "key", "--delay", "40", name)
-        self.keys += self.counting and name in ("Tab", "Return")
-        time.sleep(pause)
-
-    def type(self, text):
-        run("xdotool", "type", "--delay", "40", text)
-        time.sleep(0.3)
-
-
-def screen_picture(path):
-    run("import", "-window", "root", path)
-
-
-def pink_area():
-    """The rectangle of the project box on the screen: all pixels of its colour."""
-    raw = subprocess.run(["import", "-window", "root", "-depth", "8", "ppm:-"], capture_output=True, check=True).stdout
-    header = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", raw)
-    width, height = int(header[1]), int(header[2])
-    pixels = raw[header.end() :]
-    rows, columns = [], []
-    row_bytes = width * 3
-    wanted = bytes(PINK)
-    for y in range(height):
-        row = pixels[y * row_bytes : (y + 1) * row_bytes]
-        at = row.find(wanted)
-        while at >= 0 and at % 3:
-            at = row.find(wanted, at + 1)
-        if at >= 0:
-            last = row.rfind(wanted)
-            rows.append(y)
-            columns += [at // 3, last // 3]
-    if not rows:
-        raise DemoError("the project box is not to be seen")
-    return min(columns), min(rows), max(columns), max(rows)
-
-
 def override_redirect_popup(before):
     """The window of a context menu: one on the root that was not there before."""
     for identifier, width, height, x, y in root_windows():
@@ -168,73 +48,24 @@ def override_redirect_popup(before):
     return None
 
 
-def root_windows():
-    text = run("xwininfo", "-root", "-tree")
-    pattern = re.compile(r"^ {5}(0x[0-9a-f]+) .*?(\d+)x(\d+)\+(-?\d+)\+(-?\d+)  \+(-?\d+)\+(-?\d+)$", re.M)
-    return [
-        (m[1], int(m[2]), int(m[3]), int(m[6]), int(m[7]))
-        for m in pattern.finditer(text)
-        if "IsViewable" in run("xwininfo", "-id", m[1], check=False)
-    ]
-
-
 class Demonstration:
     def __init__(self, build, directory):
         self.directory = directory
-        self.delivered = build / "delivered"
-        self.program = build / "src/app/shotly"
-        self.application_folder = directory / "app"
-        self.base = directory / "Shotly"
+        self.session = Session(build, directory)
         self.user = User()
-        self.processes = []
 
     # ---- setting up
 
-    def environment(self):
-        """Shotly's own folders, and in place of the desktop's opener one that writes down what it got."""
-        tools = self.directory / "tools"
-        tools.mkdir()
-        opener = tools / "xdg-open"
-        opener.write_text(f'#!/bin/sh\necho "$1" >> "{self.directory}/opened.txt"\n')
-        opener.chmod(0o755)
-        environment = dict(os.environ)
-        environment.update(
-            SHOTLY_HOME=str(self.application_folder),
-            SHOTLY_DATA_DIR=str(self.delivered),
-            XDG_CONFIG_HOME=str(self.directory / "config"),
-            PATH=f"{tools}:{environment['PATH']}",
-            NO_AT_BRIDGE="1",
-        )
-        return environment
-
-    def write_options(self):
-        self.application_folder.mkdir()
-        self.base.mkdir()
-        (self.application_folder / "options.ini").write_text(
-            "[Options]\r\n"
-            f"BaseDirectory={self.base}\r\n"
-            "SnapShotByPressTab=1\r\n"
-            "SnapShotByPressReturn=1\r\n"
-            "MouseInsideColor=1\r\n"
-        )
-
-    def start(self, *words, environment):
-        log = open(self.directory / "programs.log", "ab")
-        process = subprocess.Popen([str(word) for word in words], env=environment, stdout=log, stderr=log)
-        self.processes.append(process)
-        return process
-
     def start_programs(self):
-        environment = self.environment()
         run("xsetroot", "-solid", "#3b6ea5")
-        self.start("galculator", environment=environment)
-        self.start("mousepad", "--disable-server", environment=environment)
+        self.session.launch("galculator")
+        self.session.launch("mousepad", "--disable-server")
         self.calculator = Window.wait("galculator")
         self.calculator.place(840, 420)
         self.editor = Window.wait("Mousepad")
         self.editor.place(60, 400, 640, 380)
-        self.shotly = self.start(self.program, environment=environment)
-        self.main = Window.wait("^Shotly$")
+        self.session.start()
+        self.main = self.session.main_window()
         self.main.place(90, 40)
         self.main.activate()
         time.sleep(0.5)
@@ -243,8 +74,9 @@ class Demonstration:
     # ---- the demonstration
 
     def begin(self):
-        left, top, right, bottom = pink_area()
+        left, top, right, bottom = wait_for("the project box", pink_area)
         middle = (top + bottom) // 2
+        idle = self.session.sockets()
         self.user.click(((left + right) // 2 - 30, middle))
         self.user.key("ctrl+a")
         self.user.type(PROJECT)
@@ -253,7 +85,7 @@ class Demonstration:
         time.sleep(0.4)
         self.user.key("Return")
         self.stop_bar = Window.wait("^Shotly Stop Bar$")
-        time.sleep(1.2)
+        self.session.wait_watching(idle)
         self.user.counting = True
 
     def calculate(self):
@@ -296,13 +128,13 @@ class Demonstration:
     def quit(self):
         self.main.activate()
         self.user.key("ctrl+q")
-        if self.shotly.wait(timeout=PATIENCE) != 0:
-            raise DemoError(f"Shotly ended with {self.shotly.returncode}")
+        if self.session.shotly.wait(timeout=PATIENCE) != 0:
+            raise DesktopError(f"Shotly ended with {self.session.shotly.returncode}")
 
     # ---- what came of it
 
     def project_folder(self):
-        return self.base / PROJECT
+        return self.session.base / PROJECT
 
     def opened(self):
         path = self.directory / "opened.txt"
@@ -311,11 +143,8 @@ class Demonstration:
     def expected(self):
         return self.user.clicks + self.user.keys
 
-    def query(self, statement):
-        return run("sqlite3", self.application_folder / "Shotly.mdb", statement)
-
     def count_pages(self):
-        return int(self.query(f"select count(*) from PageData where ProjectName='{PROJECT}' and PageStatus='OK'"))
+        return int(self.session.query(f"select count(*) from PageData where ProjectName='{PROJECT}' and PageStatus='OK'"))
 
     def snapshots(self):
         return sorted(self.project_folder().glob("sh[0-9]*.bmp"))
@@ -332,7 +161,7 @@ class Demonstration:
         """A picture of a page as a browser shows it."""
         self.browse(page, "--hide-scrollbars", f"--window-size=1240,{height}", f"--screenshot={picture}")
         if not picture.exists():
-            raise DemoError(f"no picture of {page}")
+            raise DesktopError(f"no picture of {page}")
 
     def follow_links(self):
         """Has the browser follow every link of the contents page; returns how many pages showed their picture."""
@@ -341,10 +170,10 @@ class Demonstration:
         shown = self.browse(page, "--allow-file-access-from-files", "--virtual-time-budget=60000", "--dump-dom")
         result = re.search(r"<p>(.*?)</p>", shown)
         if not result or not re.fullmatch(r"\d+ of \d+", result[1]):
-            raise DemoError(f"following the links: {result[1] if result else shown}")
+            raise DesktopError(f"following the links: {result[1] if result else shown}")
         followed, total = (int(word) for word in result[1].split(" of "))
         if followed != total:
-            raise DemoError(f"only {followed} of {total} linked pages show their picture")
+            raise DesktopError(f"only {followed} of {total} linked pages show their picture")
         return followed
 
     def check(self):
@@ -360,11 +189,11 @@ class Demonstration:
         numbers = {self.expected(), len(snapshots), pages, len(written), len(links)}
         names = [f"sh{number:04}" for number in range(1, self.expected() + 1)]
         if len(numbers) != 1:
-            raise DemoError("the numbers disagree")
+            raise DesktopError("the numbers disagree")
         if [path.stem for path in snapshots] != names or links != [name + ".htm" for name in names]:
-            raise DemoError("the pages are not numbered without a gap")
-        if self.query("pragma integrity_check") != "ok":
-            raise DemoError("the database is damaged")
+            raise DesktopError("the pages are not numbered without a gap")
+        if self.session.query("pragma integrity_check") != "ok":
+            raise DesktopError("the database is damaged")
         print(f"in a browser: {self.follow_links()} links followed to a page with its picture")
         # The page of the click in the context menu is the last but one.
         self.render(self.project_folder() / "index.htm", self.directory / "contents.png", 500)
@@ -372,7 +201,7 @@ class Demonstration:
         print(f"pictures:     {self.directory / 'contents.png'}, {self.directory / 'page.png'}")
 
     def record(self):
-        self.write_options()
+        self.session.write_options(SnapShotByPressTab=1, SnapShotByPressReturn=1, MouseInsideColor=1)
         try:
             self.start_programs()
             self.begin()
@@ -385,17 +214,14 @@ class Demonstration:
             screen_picture(self.directory / "failed.png")
             raise
         finally:
-            for process in self.processes:
-                if process.poll() is None:
-                    process.send_signal(signal.SIGTERM)
-                    process.wait(timeout=PATIENCE)
+            self.session.end()
         self.check()
 
 
 def main():
     try:
         Demonstration(Path(sys.argv[1]), Path(sys.argv[2])).record()
-    except (DemoError, subprocess.SubprocessError) as error:
+    except (DesktopError, subprocess.SubprocessError) as error:
         print(f"demo: {error}", file=sys.stderr)
         return 1
     return 0

@@ -1,0 +1,223 @@
+// The main window on a real display: real clicks and keys, real window manager, real database.
+
+#include "app/Appearance.h"
+#include "app/frmMain.h"
+#include "platform/ImageFile.h"
+#include "support/FakePrograms.h"
+#include "support/ScriptedPrompter.h"
+#include "support/TestState.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QProcess>
+#include <QSystemTrayIcon>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr int patience = 10'000; // milliseconds
+constexpr QRgb pink = qRgb(0xff, 0xd6, 0xe7);
+
+/// A plain window of another program, as far as the hook is concerned; blue, low on the screen.
+class Canvas : public QWidget
+{
+public:
+    Canvas()
+    {
+        setStyleSheet(u"background: #204080"_s);
+        setWindowTitle(u"canvas"_s);
+        setGeometry(100, 700, 500, 250);
+        show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(this));
+        QTest::qWait(0);
+    }
+    QPoint at(int x, int y) { return mapToGlobal(QPoint(x, y)); }
+};
+
+class DesktopTest : public ::testing::Test, protected TestState
+{
+protected:
+    ScriptedPrompter user;
+    UserSettings settings{folder.filePath(u"settings.ini"_s)};
+    Platform platform = makeRealPlatform();
+    FakePrograms *programs = nullptr;
+    std::unique_ptr<frmMain> window;
+
+    DesktopTest()
+    {
+        auto opener = std::make_unique<FakePrograms>();
+        programs = opener.get();
+        platform.programs = std::move(opener);
+        state.AppOptions.ShowLessMessage = 1;
+        state.AppOptions.HotKeyNames.fill(u"none"_s);
+        state.AppOptions.HotKeyNames[4] = u"Ctrl-F6"_s;
+        Appearance::apply(*qApp);
+        window = std::make_unique<frmMain>(state, platform, user, settings);
+        window->show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, patience));
+    }
+    ~DesktopTest() override
+    {
+        if (platform.inputHook->running())
+            platform.inputHook->stop();
+    }
+
+    /// Real input, while the program's event loop runs.
+    static void xdotool(const QStringList &words)
+    {
+        QProcess process;
+        process.start(u"xdotool"_s, words);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, patience));
+        EXPECT_EQ(process.exitCode(), 0) << words.join(u' ').toStdString();
+    }
+    static void click(QPoint position, int button = 1)
+    {
+        xdotool({u"mousemove"_s, QString::number(position.x()), QString::number(position.y()), u"sleep"_s,
+                 u"0.05"_s, u"mousedown"_s, QString::number(button), u"sleep"_s, u"0.05"_s, u"mouseup"_s,
+                 QString::number(button)});
+    }
+    static QPoint middleOf(const QWidget *widget) { return widget->mapToGlobal(widget->rect().center()); }
+    QWidget *control(const QString &name)
+    {
+        auto *found = window->findChild<QWidget *>(name);
+        EXPECT_TRUE(found) << name.toStdString();
+        return found;
+    }
+
+    void begin(const QString &project)
+    {
+        click(middleOf(control(u"cmbProj"_s)));
+        xdotool({u"key"_s, u"ctrl+a"_s});
+        xdotool({u"type"_s, u"--delay"_s, u"20"_s, project});
+        EXPECT_EQ(window->projectText(), project);
+        click(middleOf(control(u"StartCap"_s)));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return state.CaptureRunning; }, patience));
+        EXPECT_TRUE(window->isMinimized());
+    }
+    bool shots(int count)
+    {
+        return QTest::qWaitFor([&] { return state.ShotCounter == count + 1; }, patience);
+    }
+    QImage shot(std::size_t number) const { return ImageFile::load(state.ShotTable.at(number)[ShotPath]); }
+    QPoint pointer(std::size_t number) const
+    {
+        return {state.ShotTable.at(number)[ShotPointerX].toInt(),
+                state.ShotTable.at(number)[ShotPointerY].toInt()};
+    }
+};
+
+bool contains(const QImage &picture, QRgb colour)
+{
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        if (std::find(row, row + picture.width(), colour) != row + picture.width())
+            return true;
+    }
+    return false;
+}
+} // namespace
+
+TEST_F(DesktopTest, ARunFromTheProjectBoxToTheStopBar)
+{
+    begin(u"real-1"_s);
+    Canvas canvas;
+    click(canvas.at(40, 50));
+    ASSERT_TRUE(shots(1));
+    click(canvas.at(200, 100), 3);
+    click(canvas.at(260, 140));
+    ASSERT_TRUE(shots(2));
+
+    const QWidget *stop = nullptr;
+    for (QWidget *widget : QApplication::topLevelWidgets())
+        if (widget->objectName() == u"frmToolBar"_s)
+            stop = widget->findChild<QToolButton *>(u"picStop"_s);
+    ASSERT_TRUE(stop);
+    EXPECT_EQ(stop->window()->geometry().topLeft(), QPoint(0, 0));
+    EXPECT_NE(QApplication::activeWindow(), stop->window());
+    const QPoint stopClick = middleOf(stop);
+    click(stopClick);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !state.CaptureRunning; }, patience));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window->isMinimized() && window->isVisible(); }, patience));
+
+    // Two clicks and the one on Stop.
+    ASSERT_EQ(state.ShotTable.size(), 4U);
+    EXPECT_EQ(programs->opened, QStringList{state.AppOptions.BaseDirectory + u"/real-1/sh0001.bmp"_s});
+    const QRect frame = canvas.frameGeometry();
+    EXPECT_EQ(shot(1).size(), frame.size());
+    EXPECT_EQ(pointer(1), canvas.at(40, 50) - frame.topLeft());
+    EXPECT_EQ(shot(1).pixel(pointer(1)), qRgb(0, 0, 0)); // the arrow's tip
+    EXPECT_EQ(state.ShotTable[2][ShotRightClick], u"True"_s);
+    const QPoint rightClick = canvas.at(200, 100) - frame.topLeft();
+    EXPECT_EQ(state.ShotTable[2][ShotRightClickX].toInt(), rightClick.x());
+    EXPECT_EQ(state.ShotTable[2][ShotRightClickY].toInt(), rightClick.y());
+    EXPECT_EQ(shot(2).pixel(rightClick + QPoint(30, -6)), qRgb(0xff, 0, 0)); // the label's frame
+    EXPECT_FALSE(contains(shot(1), pink)); // nothing of the main window in the way
+    EXPECT_TRUE(contains(shot(1), qRgb(0x20, 0x40, 0x80)));
+}
+
+TEST_F(DesktopTest, TheHotKeyStopsWithCapsLockOnAndAHeldKeyCountsOnce)
+{
+    state.AppOptions.SnapShotByPressTab = 1;
+    begin(u"real-2"_s);
+    Canvas canvas;
+    xdotool({u"keydown"_s, u"Tab"_s, u"sleep"_s, u"1.2"_s, u"keyup"_s, u"Tab"_s});
+    ASSERT_TRUE(shots(1));
+    xdotool({u"key"_s, u"shift+Tab"_s});
+    ASSERT_TRUE(shots(2));
+    xdotool({u"key"_s, u"Caps_Lock"_s});
+    xdotool({u"key"_s, u"ctrl+F6"_s});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !state.CaptureRunning; }, patience));
+    xdotool({u"key"_s, u"Caps_Lock"_s});
+    EXPECT_EQ(state.ShotCounter, 3);
+    EXPECT_EQ(state.ShotTable.size(), 3U);
+}
+
+TEST_F(DesktopTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
+{
+    const QString path = folder.filePath(u"one.bmp"_s);
+    user.expectInput(Question::ShotDelay, u"1"_s);
+    user.expectFile(Question::SaveSnapshotAs, path);
+    click(middleOf(control(u"Desktop"_s)));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return programs->opened.contains(path); }, patience));
+    const QImage picture = ImageFile::load(path);
+    EXPECT_EQ(picture.size(), platform.screen->desktop().size());
+    EXPECT_FALSE(contains(picture, pink));
+    EXPECT_FALSE(window->isMinimized());
+}
+
+TEST_F(DesktopTest, IntoTheTrayAndBack)
+{
+    // Without a tray the window is only minimised.
+    click(middleOf(control(u"cmdIntoTray"_s)));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->isMinimized(); }, patience));
+    EXPECT_TRUE(window->isVisible());
+    window->restoreNormal();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+
+    QProcess tray;
+    tray.start(u"trayer"_s, {u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
+                             u"request"_s, u"--height"_s, u"26"_s});
+    ASSERT_TRUE(tray.waitForStarted());
+    ASSERT_TRUE(QTest::qWaitFor([] { return QSystemTrayIcon::isSystemTrayAvailable(); }, patience));
+    click(middleOf(control(u"cmdIntoTray"_s)));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !window->isVisible(); }, patience));
+    EXPECT_TRUE(state.TrayIconData.added);
+
+    // The icon is the only thing in the tray, which is at the bottom right.
+    const QRect desktop = platform.screen->desktop();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            click(desktop.bottomRight() - QPoint(12, 12));
+            return window->isVisible();
+        },
+        patience));
+    EXPECT_FALSE(state.TrayIconData.added);
+    tray.terminate();
+    tray.waitForFinished();
+}
