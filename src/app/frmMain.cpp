@@ -135,15 +135,15 @@ void frmMain::MDIForm_Load()
         reopenWorkingSpace();
     fillProjectBox();
     cmbProj->setCurrentText(m_state.AppOptions.ProjectName);
-    cmbProj->setFocus();
     Timer1->start();
     updateCommands();
-    QTimer::singleShot(0, this, guarded(*m_failures, [this] { offerAbandonedRuns(); }));
+    QTimer::singleShot(0, this, guarded(*m_failures, [this] { whenShown(); }));
 }
 
-/// Once the window is there to ask from.
-void frmMain::offerAbandonedRuns()
+/// What needs the window to be there: the focus, and a question about runs that were interrupted.
+void frmMain::whenShown()
 {
+    cmbProj->setFocus();
     if (m_cores->run.offerAbandonedRuns())
         fillProjectBox();
 }

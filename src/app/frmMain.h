@@ -82,7 +82,7 @@ private:
     void mnuSaveWorkingSpace_Click();
     void reopenWorkingSpace();
     void fillProjectBox();
-    void offerAbandonedRuns();
+    void whenShown();
     void updateCommands();
 
     void openWithDesktop(const QString &path);

@@ -61,6 +61,8 @@ protected:
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
         EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, patience));
+        // The first thing to do is to type a name.
+        EXPECT_TRUE(QTest::qWaitFor([this] { return control(u"cmbProj"_s)->hasFocus(); }, patience));
     }
     ~DesktopTest() override
     {
@@ -176,6 +178,36 @@ TEST_F(DesktopTest, TheHotKeyStopsWithCapsLockOnAndAHeldKeyCountsOnce)
     xdotool({u"key"_s, u"Caps_Lock"_s});
     EXPECT_EQ(state.ShotCounter, 3);
     EXPECT_EQ(state.ShotTable.size(), 3U);
+}
+
+TEST_F(DesktopTest, NoClickIsLostHoweverQuickTheHand)
+{
+    // Ten clicks a second, faster than snapshots are taken; SHOTLY_LOAD_CLICKS asks for more than a few.
+    const int clicks = std::max(60, qEnvironmentVariableIntValue("SHOTLY_LOAD_CLICKS"));
+    begin(u"quick"_s);
+    Canvas canvas;
+    const auto position = [&canvas](int i) { return canvas.at(10 + i * 37 % 480, 10 + i * 23 % 220); };
+    QStringList words;
+    for (int i = 0; i < clicks; ++i)
+        words << u"mousemove"_s << QString::number(position(i).x()) << QString::number(position(i).y())
+              << u"mousedown"_s << u"1"_s << u"sleep"_s << u"0.03"_s << u"mouseup"_s << u"1"_s << u"sleep"_s
+              << u"0.07"_s;
+    QProcess hand;
+    hand.start(u"xdotool"_s, words);
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return hand.state() == QProcess::NotRunning; }, 200 * clicks + patience));
+    // Stop comes while many are still waiting: they happened before it and count.
+    EXPECT_LT(state.ShotCounter, clicks);
+    xdotool({u"key"_s, u"ctrl+F6"_s});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !state.CaptureRunning; }, 400 * clicks + patience));
+    ASSERT_EQ(state.ShotTable.size(), static_cast<std::size_t>(clicks) + 1);
+    const QPoint corner = canvas.frameGeometry().topLeft();
+    for (int i = 0; i < clicks; ++i) {
+        const auto number = static_cast<std::size_t>(i) + 1;
+        EXPECT_TRUE(
+            state.ShotTable[number][ShotPath].endsWith(u"sh%1.bmp"_s.arg(number, 4, 10, QChar(u'0'))));
+        EXPECT_EQ(pointer(number), position(i) - corner) << number;
+    }
 }
 
 TEST_F(DesktopTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
