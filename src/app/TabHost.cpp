@@ -13,7 +13,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 struct TabData {
-    int id;
+    int id = 0;
     QPointer<QWidget> child;
 };
 

@@ -56,9 +56,9 @@ TEST(GrabDecision, TheTopEdgeDecidesBetweenWindowAndScreen)
 {
     struct Case {
         QRect desktop;
-        int top;
-        bool xp;
-        bool whole;
+        int top = 0;
+        bool xp = false;
+        bool whole = false;
     };
     const QRect right(1600, 200, 1000, 1000); // a second monitor, lower than the first
     for (const Case &each :

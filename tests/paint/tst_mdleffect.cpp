@@ -9,8 +9,8 @@ TEST(Resize, SizesAreRoundedWithHalvesToEven)
 {
     struct Case {
         QSize before;
-        float width;
-        float height;
+        float width = 1;
+        float height = 1;
         QSize after;
     };
     for (const Case &each : {Case{{1920, 1080}, 0.9F, 0.9F, {1728, 972}}, Case{{5, 7}, 0.5F, 0.5F, {2, 4}},

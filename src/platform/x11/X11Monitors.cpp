@@ -2,6 +2,8 @@
 
 #include <xcb/randr.h>
 
+#include <string_view>
+
 namespace
 {
 std::vector<QRect> fromMonitors(const X11Connection &connection)
@@ -53,4 +55,33 @@ std::vector<QRect> monitorRectangles(const X11Connection &connection)
         rectangles = fromControllers(connection);
     std::erase_if(rectangles, [](const QRect &rectangle) { return rectangle.isEmpty(); });
     return rectangles;
+}
+
+bool isServerOfWaylandSession(const X11Connection &connection)
+{
+    constexpr std::string_view name = "XWAYLAND";
+    const auto extension = connection.reply(
+        xcb_query_extension_reply,
+        xcb_query_extension(connection.get(), static_cast<std::uint16_t>(name.size()), name.data()));
+    if (extension && extension->present)
+        return true;
+    if (!connection.hasExtension(&xcb_randr_id))
+        return false;
+    const auto resources =
+        connection.reply(xcb_randr_get_screen_resources_current_reply,
+                         xcb_randr_get_screen_resources_current(connection.get(), connection.root()));
+    if (!resources)
+        return false;
+    const xcb_randr_output_t *outputs = xcb_randr_get_screen_resources_current_outputs(resources.get());
+    for (int i = 0; i < resources->num_outputs; ++i) {
+        const auto info = connection.reply(
+            xcb_randr_get_output_info_reply,
+            xcb_randr_get_output_info(connection.get(), outputs[i], resources->config_timestamp));
+        if (info &&
+            std::string_view(reinterpret_cast<const char *>(xcb_randr_get_output_info_name(info.get())),
+                             info->name_len)
+                .starts_with(name))
+            return true;
+    }
+    return false;
 }
