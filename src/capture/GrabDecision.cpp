@@ -18,9 +18,14 @@ bool wantsWholeScreen(const GrabSituation &situation)
     return !(low && fromBottom >= lowestStrip);
 }
 
+bool isReduction(int bigPicSize)
+{
+    return bigPicSize > 0 && bigPicSize < 100;
+}
+
 GrabDecision decideGrab(const GrabSituation &situation)
 {
-    const bool reduction = situation.bigPicSize < 100;
+    const bool reduction = isReduction(situation.bigPicSize);
     GrabDecision decision;
     decision.wholeScreenShot = wantsWholeScreen(situation);
     if (situation.foreground.height() == 0) {

@@ -25,6 +25,9 @@ struct GrabDecision {
 /// or, on XP-or-later systems, in the upper 60 percent of the desktop.
 bool wantsWholeScreen(const GrabSituation &situation);
 
+/// Is reduction on: a percentage below 100? Zero and less are no size that a picture could have.
+bool isReduction(int bigPicSize);
+
 GrabDecision decideGrab(const GrabSituation &situation);
 
 /// Is a window of this width wide: wider than `bigPicSize` percent of the desktop (rounded, halves to even)?

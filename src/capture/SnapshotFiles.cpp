@@ -75,7 +75,7 @@ QImage SnapshotFiles::grabFor(Grab grab)
 void SnapshotFiles::RecordShot(const QString &path, std::uint64_t hash)
 {
     Module1 &state = m_services.state;
-    const bool scaled = state.AppOptions.BigPicSize < 100 && (m_wholeScreenShot || m_pictureReduced);
+    const bool scaled = isReduction(state.AppOptions.BigPicSize) && (m_wholeScreenShot || m_pictureReduced);
     const ShotEntry entry{state.AppOptions.ProjectName,
                           path,
                           QString::number(state.PointerX),

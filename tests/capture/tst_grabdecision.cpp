@@ -42,6 +42,11 @@ TEST(GrabDecision, TheTableRowByRow)
          false,
          true},
         {"high, full size", {screen, high, true, 100, true, false}, Grab::Screen, false, true},
+        {"high, size of a damaged options file",
+         {screen, high, true, 0, false, false},
+         Grab::Screen,
+         false,
+         true},
         {"low, full size", {screen, low, true, 100, true, true}, Grab::ActiveWindow, false, false},
     };
     for (const Row &row : rows) {
