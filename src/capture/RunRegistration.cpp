@@ -37,32 +37,38 @@ void RunRegistration::fillState(const RunJournal &journal)
     }
 }
 
+/// Throws RunTimeError when the database does not tell: that must not be taken for a No.
 bool RunRegistration::hasPage(const ShotEntry &shot)
 {
-    return m_services.database.QueryLong(
-               Statements::capturedPageCount(shot[ShotProjectName], shot[ShotPath])) > 0;
+    const auto count = m_services.database.openRecordset(
+        Statements::capturedPageCount(shot[ShotProjectName], shot[ShotPath]));
+    return count->field(0).toInt() > 0;
 }
 
-int RunRegistration::missingPages(const RunJournal &journal)
+std::vector<ShotEntry> RunRegistration::withoutPage(const RunJournal &journal)
 {
-    int missing = 0;
-    for (const RunShot &shot : journal.shots())
-        missing += hasPage(shot.entry) ? 0 : 1;
+    std::vector<ShotEntry> missing;
+    for (const RunShot &shot : journal.shots()) {
+        if (!hasPage(shot.entry))
+            missing.push_back(shot.entry);
+    }
     return missing;
 }
 
-void RunRegistration::perform(RunJournal &journal)
+bool RunRegistration::perform(RunJournal &journal)
 {
     m_cancelled = false;
     fillState(journal);
     const int notMarked = MarkAllShots(journal);
     if (!m_cancelled)
         syncFiles();
+    std::size_t missing = journal.shots().size();
     try {
         if (!m_cancelled)
             insertPages(journal.facts());
+        missing = withoutPage(journal).size();
     } catch (const RunTimeError &) {
-        // What is missing is counted below.
+        // No page that could be relied on.
     }
     const QString title = m_services.state.AppTitle;
     if (notMarked > 0)
@@ -70,10 +76,9 @@ void RunRegistration::perform(RunJournal &journal)
             Question::SnapshotsNotMarked,
             {u"The pointer could not be drawn onto %1 of the snapshots."_s.arg(notMarked), title,
              Icon::Exclamation});
-    const int missing = missingPages(journal);
     if (missing == 0) {
         journal.remove();
-        return;
+        return true;
     }
     m_services.prompter.tell(Question::PagesNotRegistered,
                              {u"%1 of %2 snapshots are not pages yet. You will be asked about them again "
@@ -82,6 +87,7 @@ void RunRegistration::perform(RunJournal &journal)
                                   .arg(journal.shots().size())
                                   .arg(journal.facts().snapshotDirectory),
                               title, Icon::Exclamation});
+    return false;
 }
 
 int RunRegistration::MarkAllShots(const RunJournal &journal)
@@ -145,12 +151,12 @@ void RunRegistration::insertPages(const RunFacts &facts)
     batch->commit();
 }
 
-void RunRegistration::offer(RunJournal &journal)
+bool RunRegistration::offer(RunJournal &journal)
 {
-    const int missing = missingPages(journal);
-    if (missing == 0) {
+    const std::vector<ShotEntry> missing = withoutPage(journal);
+    if (missing.empty()) {
         journal.remove();
-        return;
+        return true;
     }
     const RunFacts &facts = journal.facts();
     const Answer answer = m_services.prompter.ask(
@@ -159,23 +165,23 @@ void RunRegistration::offer(RunJournal &journal)
          "\r\n"
          "Click Yes to make pages of them.\r\n"
          "Click No to set them aside in the folder\r\n%4/oldDocument"_s.arg(
-             facts.project, facts.date.toString(u"MM/dd/yyyy"_s), QString::number(missing),
+             facts.project, facts.date.toString(u"MM/dd/yyyy"_s), QString::number(missing.size()),
              facts.snapshotDirectory),
-         u"Unfinished capture: %1 snapshots"_s.arg(missing), Icon::Question});
+         u"Unfinished capture: %1 snapshots"_s.arg(missing.size()), Icon::Question});
     if (answer == Answer::Yes)
-        perform(journal);
-    else
-        setAside(journal);
+        return perform(journal);
+    setAside(journal, missing);
+    return true;
 }
 
-void RunRegistration::setAside(RunJournal &journal)
+void RunRegistration::setAside(RunJournal &journal, const std::vector<ShotEntry> &shots)
 {
     const FileSystem &files = m_services.state.FileSystem;
     const QString folder = FileSystem::join(journal.facts().snapshotDirectory, u"oldDocument"_s);
     files.createFolder(folder);
-    for (const RunShot &shot : journal.shots()) {
-        const QString &path = shot.entry[ShotPath];
-        if (files.fileExists(path) && !hasPage(shot.entry))
+    for (const ShotEntry &shot : shots) {
+        const QString &path = shot[ShotPath];
+        if (files.fileExists(path))
             files.moveFile(path, freePath(files, folder, FileSystem::bareName(path)));
     }
     journal.remove();
@@ -183,13 +189,25 @@ void RunRegistration::setAside(RunJournal &journal)
 
 bool RunRegistration::offerAbandoned(const QString &project)
 {
+    const bool all = project.isEmpty();
+    try {
+        m_services.database.openRecordset(Statements::pageCount(project));
+    } catch (const RunTimeError &) {
+        // Whoever fills the project box or has just stopped a run tells why the database cannot be used.
+        if (all)
+            return false;
+        throw;
+    }
     bool offered = false;
     for (const std::unique_ptr<RunJournal> &journal :
          RunJournal::abandoned(m_services.state.ApplicationPath)) {
-        if (!project.isEmpty() && journal->facts().project.compare(project, Qt::CaseInsensitive) != 0)
+        if (!all && journal->facts().project.compare(project, Qt::CaseInsensitive) != 0)
             continue;
-        offer(*journal);
         offered = true;
+        if (!offer(*journal) && !all)
+            throw RunTimeError(
+                RunTimeError::DatabaseError,
+                u"An earlier capture of the project %1 still waits for its pages."_s.arg(project));
     }
     return offered;
 }

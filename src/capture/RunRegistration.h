@@ -7,6 +7,8 @@
 #include "platform/Prompter.h"
 #include "state/Progress.h"
 
+#include <vector>
+
 /// Makes pages of the snapshots of a run, from its journal: right after Stop, or later when the program did
 /// not live to do it. Whatever interrupts it, doing it again does only what is left: a snapshot that does not
 /// have the journalled bytes any more is not marked a second time, and a page that is there is not inserted
@@ -27,25 +29,29 @@ public:
 
     /// Marks the snapshots, brings their bytes to the disk and inserts the pages in one transaction. When
     /// every snapshot has its page the journal is removed; otherwise it stays, and the user is told in one
-    /// sentence. Fills ShotTable and PageNumberBase from the journal.
-    void perform(RunJournal &journal);
+    /// sentence. Fills ShotTable and PageNumberBase from the journal. True when the journal is gone.
+    bool perform(RunJournal &journal);
 
     /// Asks what becomes of a run that was interrupted: its pages are made, or its snapshots are set aside
-    /// into the folder "oldDocument". A run whose pages are all there already is not asked about.
-    void offer(RunJournal &journal);
+    /// into the folder "oldDocument". A run whose pages are all there already is not asked about. True when
+    /// the journal is gone; throws RunTimeError when the database cannot be read.
+    bool offer(RunJournal &journal);
 
-    /// Offers every run in the application folder whose program has gone; with a project only that one's.
-    /// True when there was one.
+    /// Offers every run in the application folder whose program has gone; while the database cannot be read
+    /// they wait. True when there was one.
+    ///
+    /// With a project only that one's, before it is begun anew: throws RunTimeError then when the database
+    /// cannot be read or a run still waits for its pages, as the new one would write over its snapshots.
     bool offerAbandoned(const QString &project = {});
 
 private:
     void fillState(const RunJournal &journal);
     bool hasPage(const ShotEntry &shot);
-    int missingPages(const RunJournal &journal);
+    std::vector<ShotEntry> withoutPage(const RunJournal &journal);
     int MarkAllShots(const RunJournal &journal);
     void syncFiles();
     void insertPages(const RunFacts &facts);
-    void setAside(RunJournal &journal);
+    void setAside(RunJournal &journal, const std::vector<ShotEntry> &shots);
 
     Services m_services;
     bool m_cancelled = false;

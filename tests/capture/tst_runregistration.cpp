@@ -168,6 +168,16 @@ TEST_F(RegistrationTest, CancelLeavesEverythingForAnotherTime)
     EXPECT_EQ(pageNumbers(), u"8 9"_s);
 }
 
+TEST_F(RegistrationTest, ADatabaseThatCannotBeReadSaysNothingAboutPages)
+{
+    leave({shot(1, {1, 1})});
+    state.ConnectionString = u"Data Source="_s + folder.path() + u"/gone.mdb"_s;
+    EXPECT_FALSE(registration.offerAbandoned()); // nobody is asked, nothing is set aside
+    EXPECT_THROW(registration.offerAbandoned(u"Demo"_s), RunTimeError);
+    EXPECT_EQ(journals().size(), 1);
+    EXPECT_EQ(filesOf(state.ProjectDirectory), u"sh0008.bmp"_s);
+}
+
 TEST_F(RegistrationTest, OnlyTheProjectThatIsAskedForAndNoEmptyOrForeignJournals)
 {
     leave({shot(1, {1, 1})});
