@@ -190,7 +190,7 @@ class Session:
 
     def write_options(self, sections=(), **options):
         self.application_folder.mkdir(parents=True, exist_ok=True)
-        self.base.mkdir(exist_ok=True)
+        self.base.mkdir(parents=True, exist_ok=True)
         lines = ["[Options]", f"BaseDirectory={self.base}"]
         lines += [f"{key}={value}" for key, value in options.items()] + list(sections)
         (self.application_folder / "options.ini").write_text("".join(line + "\r\n" for line in lines))
@@ -204,9 +204,9 @@ class Session:
         return process
 
     def start(self):
-        """Starts Shotly; the main window is there when this returns."""
+        """Starts Shotly; the main window is there when this returns, or a message that comes before it."""
         self.shotly = self.launch(self.program)
-        wait_for("the main window", self.main_window)
+        wait_for("the main window", lambda: self.main_window() or self.boxes())
 
     # ---- its windows
 

@@ -133,6 +133,7 @@ class Rounds:
             self.aside = 0  # files that must lie in oldDocument
         self.project = f"round{number // 2}"
         self.folder = self.session.base / self.project
+        self.edited = {}  # snapshots that the user has changed after the kill, and their bytes
 
     def click_about(self, point, count):
         for _ in range(count):
@@ -233,6 +234,7 @@ class Rounds:
         while missing := self.missing(shots):
             choice = self.random.choices(["yes", "no", "killed", "killed in yes", "new run"], [10, 3, 2, 3, 3])[0]
             self.figures[choice] += 1
+            self.edit(self.random.choice(missing))
             if choice == "new run":
                 return self.new_run(journals[0], missing)
             self.session.start()
@@ -251,6 +253,14 @@ class Rounds:
         self.wait_settled()
         expect(not self.unfinished(), "a run without anything missing is offered")
         self.session.kill()
+
+    def edit(self, shot):
+        """What has other bytes than the journal says, because it is marked or because of the user, stays so."""
+        if self.random.random() < 0.3:
+            data = bytearray(shot.path.read_bytes())
+            data[54:84] = bytes(range(30))
+            shot.path.write_bytes(data)
+            self.edited[shot.path] = data
 
     def new_run(self, journal, missing):
         """The same project is begun again in a program that found no journal when it started."""
@@ -297,6 +307,9 @@ class Rounds:
     def check_marked(self, shot, taken):
         """Exactly what marking the bytes that were taken once gives; drawn at the journalled place."""
         now = Bitmap(shot.path.read_bytes(), shot.path)
+        if shot.path in self.edited:
+            expect(now.data == self.edited[shot.path], f"{shot.path} was changed by the user and marked")
+            return
         x, y = tip(shot)
         marked = Bitmap(bytes(now.data) if taken is None else taken, shot.path)
         for (across, down), colour in self.stamp.items():
@@ -336,7 +349,7 @@ class Rounds:
 
     def all(self):
         self.learn_stamp()
-        with subprocess.Popen(["xterm", "-geometry", "60x10", "-T", "client"]) as client:
+        with subprocess.Popen(["xterm", "-geometry", "60x10", "-T", "client"], stderr=subprocess.DEVNULL) as client:
             self.client = Window.wait("^client$")
             try:
                 self.run_rounds()
