@@ -1,0 +1,493 @@
+#!/usr/bin/python3
+"""Provokes faults around the running program and checks what becomes of the user's work.
+
+Usage: fault_rounds.py BUILD_FOLDER GROUP [NAME]   (on a display; may mount file systems)
+
+GROUP says what kind of display this is: "desktop", "no window manager", or "no" and an extension of the X server.
+"""
+
+import contextlib
+import random
+import shutil
+import sqlite3
+import struct
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+from desktop_driver import DesktopError, Session, Window, quick_click, run, screen_picture, wait_for
+
+PROJECT, KEEP = "faults", "Keep existing pages?"
+POINT = (400, 500)
+FAULTS = []
+
+
+def fault(name, group="desktop"):
+    def add(function):
+        FAULTS.append((name, group, function))
+        return function
+
+    return add
+
+
+class Failure(Exception):
+    pass
+
+
+def expect(condition, what):
+    if not condition:
+        raise Failure(what)
+
+
+class Case(Session):
+    """A session with the steps that the faults share."""
+
+    def __init__(self, build):
+        super().__init__(build, tempfile.mkdtemp(prefix="shotly-fault-"))
+        self.mounts = []
+        self.project_folder = self.base / PROJECT
+        self.write_options(ShowLessMessage=1, BigPicSize=100)
+
+    def mount(self, folder, size):
+        folder.mkdir(parents=True, exist_ok=True)
+        run("mount", "-t", "tmpfs", "-o", f"size={size}", "none", folder)
+        self.mounts.append(folder)
+
+    @staticmethod
+    def remount(folder, options):
+        run("mount", "-o", f"remount,{options}", folder)
+
+    def records(self):
+        journals = self.journals()
+        return journals[0].read_bytes().count(b"\n") - 1 if journals else 0
+
+    def click(self, count=1):
+        """Clicks, each of which must give a snapshot."""
+        for _ in range(count):
+            before = self.records()
+            quick_click(POINT)
+            wait_for("a snapshot", lambda: self.records() > before)
+
+    def message(self, key="Return"):
+        self.answer(self.wait_box()[1], key)
+
+    def messages(self, count):
+        """So many messages and no more, and no run."""
+        for _ in range(count):
+            self.message()
+        wait_for("the main window", self.main_window)
+        self.check_quiet()
+        expect(not self.stop_bar(), "a run has begun")
+
+    def failing_click(self):
+        before = self.records()
+        quick_click(POINT)
+        self.message()
+        expect(self.records() == before, "a snapshot without a place was counted")
+
+    def stop(self, messages=0):
+        quick_click(self.stop_point())
+        for _ in range(messages):
+            self.message()
+        wait_for("the end of the run", lambda: not self.stop_bar() and self.main_window())
+        self.check_quiet()
+
+    def stop_in_spite(self):
+        """Stop while no snapshot can be taken: should a message get in the way of the click, it is repeated."""
+        told, clicked = 0, 0.0
+
+        def ended():
+            nonlocal told, clicked
+            for _, window in self.boxes():
+                self.answer(window)
+                told += 1
+            bar = self.stop_bar()
+            if bar and time.monotonic() > clicked + 2:
+                quick_click(self.stop_point())
+                clicked = time.monotonic()
+            return told and not bar and self.main_window() and not self.boxes()
+
+        wait_for("the end of the run", ended)
+        return told
+
+    def check_quiet(self):
+        """The program answers, and has nothing more to say."""
+        run("xdotool", "windowactivate", self.main_window().identifier, check=False)
+        boxes = self.boxes()
+        expect(not boxes, f"one message too many: {[title for title, _ in boxes]}")
+
+    def restart(self):
+        self.kill()
+        self.start()
+
+    def offered(self, count, key="Return"):
+        """The next start asks about so many snapshots and makes pages of them."""
+        self.restart()
+        title, window = self.wait_box()
+        expect(title == f"Unfinished capture: {count} snapshots", f"offered: {title}")
+        self.answer(window, key)
+
+    def check_pages(self, count):
+        """As many pages as snapshots, numbers and files without a gap, nothing pending, nothing half-written."""
+        wait_for("the journal to go", lambda: not self.journals())
+        rows = self.query("select PageNumber, ScreenShotFilePath from PageData order by 1").splitlines()
+        wanted = [f"{one + 1}|{self.project_folder}/sh{one + 1:04}.bmp" for one in range(count)]
+        expect(rows == wanted, f"pages: {rows}")
+        expect(self.query("pragma integrity_check") == "ok", "the database is damaged")
+        left = list(self.folder.rglob(".shotly-*"))
+        expect(not left, f"half-written files: {left}")
+
+    def pictures(self):
+        return [path.read_bytes() for path in sorted(self.project_folder.glob("*.bmp"))]
+
+    def plain_run(self, answers=None):
+        """A run as on any day."""
+        self.begin(PROJECT, answers)
+        self.click(2)
+        self.stop()
+        self.check_pages(3)
+        return "2 clicks and Stop, 3 pages"
+
+    def close(self):
+        self.end()
+        for folder in reversed(self.mounts):
+            run("umount", "-l", folder)
+
+
+# ---- disks
+
+
+@fault("project folder on a disk that fills up and has room again")
+def disk_full(case):
+    case.mount(case.base, "4m")
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    case.failing_click()
+    case.failing_click()
+    case.remount(case.base, "size=20m")
+    case.click(2)
+    case.stop()
+    case.check_pages(5)
+    return "2 messages while it was full; 5 snapshots, 5 pages"
+
+
+@fault("disk full when the pointer is drawn")
+def disk_full_at_stop(case):
+    case.mount(case.base, "6m")
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    (case.base / "filler").write_bytes(bytes(1_000_000))
+    case.click(1)
+    told = case.stop_in_spite()  # about the snapshot of the click on Stop, and about the drawing
+    expect(told >= 2, f"{told} messages")
+    case.check_pages(3)
+    return "told of both; 3 snapshots, 3 pages without pointers"
+
+
+@fault("application folder full")
+def application_folder_full(case):
+    case.base = case.base / ("long" * 40)  # so that the journal grows fast
+    case.project_folder = case.base / PROJECT
+    case.mount(case.application_folder, "1m")
+    case.write_options(ShowLessMessage=1)
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    with open(case.application_folder / "filler", "wb", buffering=0) as filler, contextlib.suppress(OSError):
+        while filler.write(bytes(4096)):
+            pass
+    clicks = 0
+    while not case.boxes():  # the page of the file that the journal ends in has room for some more
+        before = case.records()
+        quick_click(POINT)
+        wait_for("a snapshot or a message", lambda: case.records() > before or case.boxes())
+        clicks += 1
+    case.message()
+    taken = case.records()
+    case.stop_in_spite()
+    case.remount(case.application_folder, "size=9m")
+    case.offered(taken)
+    case.check_pages(taken)
+    return f"{taken} of {clicks + 1} clicks journalled, the others told; their pages made at the next start"
+
+
+@fault("base directory gone in mid-run, and back")
+def base_directory_gone(case):
+    away = case.folder / "away"
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    case.base.rename(away)
+    case.failing_click()
+    away.rename(case.base)
+    case.click(1)
+    case.stop()
+    case.check_pages(4)
+    return "1 message; 4 snapshots, 4 pages"
+
+
+@fault("application folder read-only")
+def application_folder_read_only(case):
+    case.mount(case.application_folder, "9m")
+    shutil.copytree(case.delivered, case.application_folder, dirs_exist_ok=True)
+    case.write_options(ShowLessMessage=1)
+    case.remount(case.application_folder, "ro")
+    case.start()
+    case.press_begin(PROJECT)
+    case.messages(1)
+    case.remount(case.application_folder, "rw")
+    return "1 message, no run; writable again: " + case.plain_run({KEEP: "Return", "Shotly": "Return"})
+
+
+# ---- options
+
+
+def with_options(name, data):
+    @fault(f"options.ini {name}")
+    def options(case):
+        (case.application_folder / "options.ini").write_bytes(data)
+        case.start()
+        return case.plain_run({"Shotly": "Return"})
+
+
+with_options("of random bytes", random.Random(1).randbytes(5000))
+with_options("of a megabyte", b"[Options]\r\n" + b"".join(b"Key%d=value\r\n" % i for i in range(60_000)))
+with_options("without sections", b"BaseDirectory=/nowhere\r\nBigPicSize=30\r\nShowLessMessage=1\r\n" * 50)
+
+
+# ---- database
+
+
+def with_database(name, at_stop, at_begin, at_start):
+    """Breaks the database between the last click and Stop, and restores it after another start of the program.
+
+    The numbers are those of the messages; a run must not begin meanwhile, its pictures would take the place of
+    those that wait.
+    """
+
+    def add(breaking):
+        @fault(f"database {name}")
+        def database(case):
+            case.start()
+            case.begin(PROJECT)
+            case.click(2)
+            kept = case.database.read_bytes()
+            with breaking(case):
+                case.stop(at_stop)
+                pictures = case.pictures()
+                case.press_begin(PROJECT)
+                case.messages(at_begin)
+                case.restart()
+                case.messages(at_start)
+                expect(case.records() == 3 and case.pictures() == pictures, "what waits has been touched")
+                case.kill()
+            case.database.write_bytes(kept)
+            case.offered(3)
+            case.check_pages(3)
+            return f"{at_stop} messages at Stop, {at_begin} at a new Begin, {at_start} at a start; restored: 3 pages"
+
+    return add
+
+
+@contextlib.contextmanager
+def replaced(case, data):
+    case.database.write_bytes(data)
+    yield
+
+
+with_database("cut in two", 2, 3, 1)(lambda case: replaced(case, case.database.read_bytes()[:6000]))
+with_database("replaced by text", 2, 3, 1)(lambda case: replaced(case, b"This is no database.\n" * 900))
+
+
+@with_database("replaced by another program's", 2, 3, 1)
+@contextlib.contextmanager
+def foreign(case):
+    case.database.unlink()
+    with contextlib.closing(sqlite3.connect(case.database)) as other:
+        other.execute("create table Songs (Title text)")
+    yield
+
+
+@with_database("locked by another program", 2, 3, 1)
+@contextlib.contextmanager
+def locked(case):
+    with contextlib.closing(sqlite3.connect(case.database, isolation_level=None)) as other:
+        other.execute("begin exclusive")
+        yield
+
+
+@with_database("read-only", 1, 5, 2)
+@contextlib.contextmanager
+def read_only(case):
+    run("mount", "--bind", case.database, case.database)
+    run("mount", "-o", "remount,bind,ro", case.database)
+    yield
+    run("umount", case.database)
+
+
+@fault("database missing")
+def database_missing(case):
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    case.database.unlink()
+    case.stop(messages=2)
+    expect(case.records() == 3, "the journal has gone")
+    case.offered(3)  # the start has put an empty database there
+    case.check_pages(3)
+    return "2 messages; at the next start a new database and 3 pages"
+
+
+# ---- snapshots
+
+
+@fault("snapshots deleted and replaced by text before Stop")
+def bad_snapshots(case):
+    case.start()
+    case.begin(PROJECT)
+    case.click(4)
+    text, gone = case.project_folder / "sh0001.bmp", case.project_folder / "sh0002.bmp"
+    text.write_text("no picture")
+    gone.unlink()
+    case.stop(messages=1)
+    case.check_pages(5)
+    expect(text.read_text() == "no picture" and not gone.exists(), "the user's changes are lost")
+    return "1 message; all 5 pages, the others with their pointers"
+
+
+# ---- windows and displays
+
+
+@fault("window that closes between click and snapshot")
+def closing_window(case):
+    case.start()
+    case.begin(PROJECT)
+    for number in range(4):
+        client = case.launch("xmessage", "-geometry", "300x100+250+420", "-title", "client", "?")
+        window = Window.wait("^client$")
+        x, y, _, height = window.steady_rectangle()
+        quick_click((x + 20, y + height - 15))
+        wait_for("the snapshot", lambda: case.records() == number + 1)
+        client.wait(timeout=10)
+    case.stop()
+    case.check_pages(5)
+    return "4 windows, 4 snapshots and Stop, 5 pages"
+
+
+@fault("resolution changed in mid-run")
+def resolution(case):
+    case.start()
+    case.begin(PROJECT)
+    case.click()
+    run("xrandr", "--newmode", "small", 23.75, 640, 664, 720, 800, 480, 483, 487, 500)
+    run("xrandr", "--addmode", "screen", "small")
+    run("xrandr", "--output", "screen", "--mode", "small")
+    quick_click((300, 300))
+    wait_for("a snapshot", lambda: case.records() == 2)
+    run("xrandr", "--output", "screen", "--mode", "800x600")
+    case.click()
+    case.stop()
+    case.check_pages(4)
+    sizes = [struct.unpack_from("<ii", picture, 18) for picture in case.pictures()]
+    expect(sizes == [(800, 600), (640, 480), (800, 600), (800, 600)], f"sizes {sizes}")
+    return "snapshots of 800x600, 640x480, 800x600; 4 pages"
+
+
+@fault("display connection lost in mid-run")
+def connection_lost(case):
+    case.start()
+    case.begin(PROJECT)
+    case.click(3)
+    run("xdotool", "windowkill", case.stop_bar().identifier)
+    wait_for("the end of the program", lambda: case.shotly.poll() is not None)
+    case.offered(3)
+    case.check_pages(3)
+    return "3 snapshots, offered at the next start, 3 pages"
+
+
+@fault("second Shotly during a run")
+def second(case):
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    first = case.shotly
+    case.start()
+    case.check_quiet()
+    case.kill()
+    case.shotly = first
+    expect(case.records() == 2, "the other program has touched the run")
+    case.stop()
+    case.check_pages(3)
+    return "no question, the run untouched, 3 pages"
+
+
+@fault("tray that goes away with the program in it")
+def tray_gone(case):
+    tray = case.launch("trayer", "--edge", "bottom")
+    Window.wait("^panel$")
+    case.write_options(ShowLessMessage=1, ProjectName=PROJECT)
+    case.start()
+    case.main_window().place(0, 0)
+    _, top, _, bottom = case.project_box()
+    x, _, width, _ = case.main_window().rectangle()
+    quick_click((x + width - 20, (top + bottom) // 2 + 43))  # the button at the right below the tool bars
+    wait_for("the window to go", lambda: not case.main_window())
+    tray.terminate()
+    tray.wait()
+    idle = case.sockets()
+    run("xdotool", "key", "ctrl+F5")
+    case.wait_watching(idle)
+    case.click(2)
+    case.stop()
+    case.check_pages(3)
+    return "the hot key still begins a run, Stop brings the window back, 3 pages"
+
+
+@fault("no window manager", "no window manager")
+@fault("no MIT-SHM", "no MIT-SHM")
+@fault("no XInputExtension", "no XInputExtension")
+@fault("no RANDR", "no RANDR")
+def poorer_display(case):
+    case.start()
+    return case.plain_run()
+
+
+@fault("no RECORD", "no RECORD")
+def nothing_to_watch_with(case):
+    case.write_options(ShowLessMessage=1, ProjectName=PROJECT)
+    case.start()
+    # The server lacks XTEST as well then: the click is sent to the window itself.
+    left, top, right, bottom = case.project_box()
+    begin = right + 48, (top + bottom) // 2
+    run("xdotool", "mousemove", *begin, "click", "--window", case.main_window().identifier, 1)
+    run("wmctrl", "-i", "-c", case.wait_box()[1].identifier)
+    wait_for("the main window", lambda: case.main_window() and not case.boxes())
+    expect(not case.stop_bar() and not case.journals(), "a run that sees nothing has begun")
+    case.quit()
+    return "1 message, no run, and the program ends as asked"
+
+
+def main():
+    build, group, wanted = sys.argv[1], sys.argv[2], sys.argv[3] if sys.argv[3:] else ""
+    failed = 0
+    for name, where, function in FAULTS:
+        if where != group or wanted not in name:
+            continue
+        case = Case(build)
+        began = time.monotonic()
+        try:
+            seen = function(case)
+            print(f"ok      {name}: {seen} ({time.monotonic() - began:.1f} s)", flush=True)
+        except Exception as error:  # whatever it is, the others go on
+            failed += 1
+            screen_picture(case.folder / "failed.png")
+            print(f"FAILED  {name}: {type(error).__name__}: {error} ({case.folder})", flush=True)
+        case.close()
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
