@@ -222,26 +222,6 @@ TEST_F(MainWindowTest, TabsComeFirstAndCloseOneByOne)
     EXPECT_FALSE(closeTab->isVisible());
 }
 
-TEST_F(MainWindowTest, ASingleSnapshotCountsDownAndComesBack)
-{
-    const QString path = folder.path() + u"/one.bmp"_s;
-    user.expectInput(Question::ShotDelay, u"1"_s);
-    user.expectFile(Question::SaveSnapshotAs, path);
-    press(u"Desktop"_s);
-    EXPECT_FALSE(control<QAction>(u"mnuDesktop"_s)->isEnabled());
-    auto *timer = control<QTimer>(u"Timer1"_s);
-    timer->setInterval(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(path); }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return programs->opened.contains(path); }));
-    EXPECT_TRUE(control<QAction>(u"mnuDesktop"_s)->isEnabled());
-    EXPECT_EQ(window->windowTitle(), u"Shotly"_s);
-
-    user.expectInput(Question::ShotDelay, u"1"_s);
-    user.expectFile(Question::SaveSnapshotAs, std::nullopt);
-    press(u"ActiveWindow"_s);
-    EXPECT_TRUE(control<QAction>(u"mnuActiveWindow"_s)->isEnabled());
-}
-
 TEST_F(MainWindowTest, ClosingStopsTheRunAndKeepsThePlace)
 {
     window->resize(780, 640);

@@ -1,9 +1,7 @@
 #include "capture/mHotKey.h"
-#include "platform/RunTimeError.h"
+#include "support/FakeHotKeys.h"
 
 #include <gtest/gtest.h>
-
-#include <map>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -12,28 +10,6 @@ namespace
 constexpr auto Ctrl = HotKeys::Modifier::Control;
 constexpr auto Alt = HotKeys::Modifier::Alt;
 constexpr auto Shift = HotKeys::Modifier::Shift;
-
-/// Keeps what was asked for; fails on demand.
-class RecordingHotKeys : public HotKeys
-{
-public:
-    std::map<int, std::pair<Modifier, int>> registered;
-    bool broken = false;
-
-    void setHandler(Handler) override {}
-    bool registerKey(int id, Modifier modifier, int virtualKey) override
-    {
-        if (broken)
-            throw RunTimeError(RunTimeError::CannotCreateObject, u"no display"_s);
-        for (const auto &[other, combination] : registered) {
-            if (combination == std::pair(modifier, virtualKey))
-                return false;
-        }
-        registered[id] = {modifier, virtualKey};
-        return true;
-    }
-    void unregisterKey(int id) override { registered.erase(id); }
-};
 
 const std::array<QString, 10> defaults{u"Ctrl-F1"_s,  u"Ctrl-F2"_s, u"Ctrl-F3"_s, u"Ctrl-F5"_s,
                                        u"Ctrl-F6"_s,  u"Ctrl-F7"_s, u"Ctrl-F8"_s, u"Ctrl-F9"_s,
@@ -59,7 +35,7 @@ TEST(HotKeyText, ReadsModifierAndKey)
 
 TEST(HotKeyRegistration, DefaultsTakeTheTenIdentifiers)
 {
-    RecordingHotKeys keys;
+    FakeHotKeys keys;
     mHotKey hotKeys(keys);
     EXPECT_TRUE(hotKeys.setHotKey(defaults));
     ASSERT_EQ(keys.registered.size(), 10U);
@@ -74,7 +50,7 @@ TEST(HotKeyRegistration, DefaultsTakeTheTenIdentifiers)
 
 TEST(HotKeyRegistration, WhatIsUnknownOrTakenLeavesTheOthersTheirIdentifiers)
 {
-    RecordingHotKeys keys;
+    FakeHotKeys keys;
     mHotKey hotKeys(keys);
     std::array<QString, 10> names = defaults;
     names[0] = u"Win-F1"_s;
@@ -86,7 +62,4 @@ TEST(HotKeyRegistration, WhatIsUnknownOrTakenLeavesTheOthersTheirIdentifiers)
     EXPECT_FALSE(keys.registered.contains(10));
     hotKeys.UnregisterAllHotKeys();
     EXPECT_TRUE(keys.registered.empty());
-
-    keys.broken = true;
-    EXPECT_FALSE(hotKeys.setHotKey(defaults));
 }

@@ -1,5 +1,5 @@
-#include "contract/HeldKey.h"
 #include "contract/PrivateDisplay.h"
+#include "contract/XTestUser.h"
 #include "platform/RunTimeError.h"
 #include "platform/VirtualKeys.h"
 #include "platform/x11/X11InputHook.h"
@@ -155,17 +155,6 @@ TEST_F(X11InputHookTest, DrainEndsWhileAnotherProgramHasGrabbedTheServer)
     EXPECT_TRUE(other.accepted(xcb_ungrab_server_checked(other.get())));
     hook.drain(0);
     EXPECT_EQ(seen, (std::vector<Seen>{{Kind::MouseDown, 0, 1}, {Kind::MouseUp, 0, 1}}));
-}
-
-TEST_F(X11InputHookTest, HeldKeyIsPressedAndReleasedOnce)
-{
-    start();
-    holdKey(user, XK_Tab);
-    user.click(1);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return seen.back().kind == Kind::MouseUp; }));
-    const std::vector<Seen> expected{
-        {Kind::KeyDown, 9}, {Kind::KeyUp, 9}, {Kind::MouseDown, 0, 1}, {Kind::MouseUp, 0, 1}};
-    EXPECT_EQ(seen, expected);
 }
 
 TEST_F(X11InputHookTest, RepeatsRecordedAsReleaseAndPressAreDropped)

@@ -4,13 +4,11 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -162,29 +160,4 @@ TEST_F(AtomicFileTest, linksStayUnlessTheyLeadNowhere)
     AtomicFile::write(path("nowhere"), "file");
     EXPECT_FALSE(QFileInfo(path("nowhere")).isSymLink());
     EXPECT_EQ(contents(path("nowhere")), "file");
-}
-
-TEST_F(AtomicFileTest, readersNeverSeeAPart)
-{
-    const QByteArray texts[] = {QByteArray(200'000, 'a'), QByteArray(50'000, 'b')};
-    AtomicFile::write(m_old, texts[0]);
-    std::atomic<int> writing{2};
-    const auto write = [&](const QByteArray &text) {
-        for (int i = 0; i < 200; ++i)
-            AtomicFile::write(m_old, text);
-        --writing;
-    };
-    std::thread first(write, texts[0]);
-    std::thread second(write, texts[1]);
-    int parts = 0;
-    do {
-        const QByteArray seen = contents(m_old);
-        parts += seen != texts[0] && seen != texts[1] ? 1 : 0;
-    } while (writing > 0);
-    first.join();
-    second.join();
-    EXPECT_EQ(parts, 0);
-    EXPECT_EQ(everything(), QStringLiteral("old"));
-    EXPECT_TRUE(AtomicFile::syncFile(m_old));
-    EXPECT_FALSE(AtomicFile::syncFile(path("none")));
 }

@@ -75,14 +75,3 @@ TEST_F(FileSystemTest, filesAreCopiedMovedAndDeleted)
     EXPECT_EQ(errorOf([&] { m_files.moveFile(path("second"), away); }), RunTimeError::FileNotFound);
     EXPECT_EQ(errorOf([&] { m_files.deleteFile(m_folder.path()); }), RunTimeError::PathAccess);
 }
-
-TEST(PathTest, partsAreJoinedAndTakenApart)
-{
-    const QString name = QStringLiteral("b.c");
-    EXPECT_EQ(FileSystem::join(QStringLiteral("/a"), name), QStringLiteral("/a/b.c"));
-    EXPECT_EQ(FileSystem::join(QStringLiteral("/"), name), QStringLiteral("/b.c"));
-    EXPECT_EQ(FileSystem::join({}, name), name);
-    EXPECT_EQ(FileSystem::bareName(QStringLiteral("/a/b.c")), name);
-    EXPECT_EQ(FileSystem::bareName(name), name);
-    EXPECT_EQ(FileSystem::bareName(QStringLiteral("/a/")), QString());
-}

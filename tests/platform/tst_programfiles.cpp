@@ -1,7 +1,6 @@
 #include "FileChecks.h"
 #include "platform/ApplicationFolder.h"
 #include "platform/FileSystem.h"
-#include "platform/OsVersion.h"
 #include "platform/UserSettings.h"
 
 #include <QTemporaryDir>
@@ -98,17 +97,4 @@ TEST(UserSettingsTest, valuesComeBackAsTheyWere)
             value);
     }
     EXPECT_EQ(UserSettings().value(QStringLiteral("Other"), key, QStringLiteral("-")), QStringLiteral("-"));
-}
-
-TEST(OsVersionTest, testsMayAskForAnother)
-{
-    const auto version = [](const char *given) {
-        const Variable variable("SHOTLY_OS_VERSION", QString::fromLatin1(given));
-        return 100 * osVersion().major + osVersion().minor;
-    };
-    EXPECT_EQ(version(""), 602);
-    EXPECT_EQ(version("5.0"), 500);
-    EXPECT_EQ(version("10.1"), 1001);
-    EXPECT_EQ(version("5"), 602);
-    EXPECT_EQ(version("a.1"), 602);
 }

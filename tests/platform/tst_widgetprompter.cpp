@@ -138,12 +138,3 @@ TEST(WidgetPrompterTest, FilesAndFolders)
     EXPECT_EQ(prompter.pickFolder(Question::ChooseBaseDirectory, u"Select a Folder"_s, folder.path()),
               folder.path());
 }
-
-TEST(WidgetPrompterTest, FiltersInQtsForm)
-{
-    EXPECT_EQ(WidgetPrompter::nameFilters(u"Image Files (*.bmp)|*.bmp"_s),
-              QStringList{u"Image Files (*.bmp)"_s});
-    EXPECT_EQ(WidgetPrompter::nameFilters(u"All Image Files|*.Bmp;*.jpg;*.gif |"_s),
-              QStringList{u"All Image Files (*.Bmp *.jpg *.gif)"_s});
-    EXPECT_TRUE(WidgetPrompter::nameFilters(u""_s).isEmpty());
-}
