@@ -11,6 +11,7 @@ import random
 import shutil
 import sqlite3
 import struct
+import subprocess
 import sys
 import tempfile
 import time
@@ -38,6 +39,12 @@ class Failure(Exception):
 def expect(condition, what):
     if not condition:
         raise Failure(what)
+
+
+def pointer_is_held():
+    """Has some program grabbed the pointer? xwininfo wants it for itself, and says so when it cannot have it."""
+    asked = subprocess.run(["timeout", "0.5", "xwininfo"], capture_output=True, text=True, check=False)
+    return "Can't grab the mouse" in asked.stderr
 
 
 class Case(Session):
@@ -358,6 +365,26 @@ def bad_snapshots(case):
 
 
 # ---- windows and displays
+
+
+@fault("menu of another program that holds the pointer")
+def open_menu(case):
+    case.start()
+    case.begin(PROJECT)
+    case.launch("mousepad", "--disable-server")
+    window = Window.wait("Mousepad")
+    window.activate()
+    x, y, width, height = window.steady_rectangle()
+    titles = (x + 24, y + 12), (x + 64, y + 12)  # of the menus File and Edit
+    middle = (x + width // 2, y + height - 20)
+    for number, point in enumerate((titles[0], titles[1], titles[0], middle)):
+        quick_click(point)
+        wait_for("the snapshot", lambda: case.records() == number + 1)
+        held = pointer_is_held()
+        expect(held == (number < 3), f"after click {number + 1} the pointer is {'' if held else 'not '}held")
+    case.stop()
+    case.check_pages(5)
+    return "4 clicks that open, change and close menus, and Stop: 5 pages"
 
 
 @fault("window that closes between click and snapshot")

@@ -4,6 +4,10 @@
 #include "platform/AtomicFile.h"
 #include "platform/RunTimeError.h"
 
+#include <QHash>
+#include <QSet>
+
+#include <atomic>
 #include <chrono>
 #include <future>
 
@@ -20,6 +24,35 @@ QString freePath(const FileSystem &files, const QString &folder, const QString &
         path = FileSystem::join(folder, name.left(dot) + u'-' + QString::number(i) + name.mid(dot));
     return path;
 }
+
+/// Which snapshots have their page, by one query for each project. Throws RunTimeError when the database does
+/// not tell: that must not be taken for a No.
+class RegisteredPages
+{
+public:
+    explicit RegisteredPages(PageDatabase &database) : m_database(database) {}
+
+    bool contains(const ShotEntry &shot)
+    {
+        const QString &project = shot[ShotProjectName];
+        if (!m_paths.contains(project))
+            m_paths.insert(project, pathsOf(project));
+        return m_paths[project].contains(shot[ShotPath]);
+    }
+
+private:
+    QSet<QString> pathsOf(const QString &project)
+    {
+        QSet<QString> paths;
+        const auto rows = m_database.openRecordset(Statements::imagePaths(project));
+        for (; !rows->atEnd(); rows->moveNext())
+            paths.insert(rows->field(0).toString());
+        return paths;
+    }
+
+    PageDatabase &m_database;
+    QHash<QString, QSet<QString>> m_paths; ///< by project
+};
 } // namespace
 
 RunRegistration::RunRegistration(const Services &services) : m_services(services) {}
@@ -37,19 +70,12 @@ void RunRegistration::fillState(const RunJournal &journal)
     }
 }
 
-/// Throws RunTimeError when the database does not tell: that must not be taken for a No.
-bool RunRegistration::hasPage(const ShotEntry &shot)
-{
-    const auto count = m_services.database.openRecordset(
-        Statements::capturedPageCount(shot[ShotProjectName], shot[ShotPath]));
-    return count->field(0).toInt() > 0;
-}
-
 std::vector<ShotEntry> RunRegistration::withoutPage(const RunJournal &journal)
 {
+    RegisteredPages registered(m_services.database);
     std::vector<ShotEntry> missing;
     for (const RunShot &shot : journal.shots()) {
-        if (!hasPage(shot.entry))
+        if (!registered.contains(shot.entry))
             missing.push_back(shot.entry);
     }
     return missing;
@@ -61,7 +87,7 @@ bool RunRegistration::perform(RunJournal &journal)
     fillState(journal);
     const int notMarked = MarkAllShots(journal);
     if (!m_cancelled)
-        syncFiles();
+        syncFiles(journal);
     std::size_t missing = journal.shots().size();
     try {
         if (!m_cancelled)
@@ -114,19 +140,26 @@ int RunRegistration::MarkAllShots(const RunJournal &journal)
 }
 
 /// A page never outlives its picture. The disk may take its time: the program answers meanwhile.
-void RunRegistration::syncFiles()
+void RunRegistration::syncFiles(const RunJournal &journal)
 {
     QStringList paths;
-    for (const ShotEntry &shot : m_services.state.ShotTable) {
-        if (!shot[ShotPath].isEmpty())
-            paths += shot[ShotPath];
-    }
-    const std::future<void> done = std::async(std::launch::async, [paths] {
-        for (const QString &path : paths)
+    for (const RunShot &shot : journal.shots())
+        paths += shot.entry[ShotPath];
+    ProgressScope progress(m_services.progress, u"Bringing the pictures to the disk"_s,
+                           static_cast<int>(paths.size()));
+    std::atomic<int> synced = 0;
+    std::atomic<bool> cancelled = false;
+    const std::future<void> done = std::async(std::launch::async, [&paths, &synced, &cancelled] {
+        for (const QString &path : paths) {
+            if (cancelled)
+                return;
             AtomicFile::syncFile(path);
+            ++synced;
+        }
     });
     while (done.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
-        m_services.clock.letEventsRun();
+        cancelled = cancelled || !progress.step(synced);
+    m_cancelled = cancelled;
 }
 
 void RunRegistration::insertPages(const RunFacts &facts)
@@ -134,9 +167,10 @@ void RunRegistration::insertPages(const RunFacts &facts)
     std::vector<ShotEntry> &shots = m_services.state.ShotTable;
     ProgressScope progress(m_services.progress, u"Registering the pages"_s, static_cast<int>(shots.size()));
     const std::unique_ptr<DatabaseBatch> batch = m_services.database.beginBatch();
+    RegisteredPages registered(m_services.database);
     for (std::size_t i = 1; i < shots.size(); ++i) {
         ShotEntry &shot = shots[i];
-        if (shot[ShotPath].isEmpty() || hasPage(shot))
+        if (shot[ShotPath].isEmpty() || registered.contains(shot))
             continue;
         if (shot[ShotStatus].isEmpty())
             shot[ShotStatus] = u"OK"_s;

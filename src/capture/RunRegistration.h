@@ -13,6 +13,8 @@
 /// not live to do it. Whatever interrupts it, doing it again does only what is left: a snapshot that does not
 /// have the journalled bytes any more is not marked a second time, and a page that is there is not inserted
 /// again.
+///
+/// Each step shows its progress and can be cancelled; events run meanwhile, so that the window answers.
 class RunRegistration
 {
 public:
@@ -46,10 +48,9 @@ public:
 
 private:
     void fillState(const RunJournal &journal);
-    bool hasPage(const ShotEntry &shot);
     std::vector<ShotEntry> withoutPage(const RunJournal &journal);
     int MarkAllShots(const RunJournal &journal);
-    void syncFiles();
+    void syncFiles(const RunJournal &journal);
     void insertPages(const RunFacts &facts);
     void setAside(RunJournal &journal, const std::vector<ShotEntry> &shots);
 

@@ -115,7 +115,7 @@ QString Statements::wordDocumentPages(const QString &project)
     return documentPages(project, u"WordFilePath"_s);
 }
 
-QString Statements::capturedPageCount(const QString &project, const QString &imagePath)
+QString Statements::imagePaths(const QString &project)
 {
-    return pageCount(project) + u" and ScreenShotFilePath ="_s + quoted(imagePath);
+    return u"select ScreenShotFilePath from PageData where ProjectName="_s + quoted(project);
 }

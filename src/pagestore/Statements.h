@@ -44,6 +44,6 @@ QString setHtmlPath(std::int64_t id, const QString &path);
 QString htmlDocumentPages(const QString &project);
 QString wordDocumentPages(const QString &project);
 
-/// Number of pages that carry this project and image path; asked after a registration, which is silent.
-QString capturedPageCount(const QString &project, const QString &imagePath);
+/// The image paths of a project's pages; asked after a registration, which is silent.
+QString imagePaths(const QString &project);
 } // namespace Statements

@@ -145,6 +145,28 @@ TEST_F(X11InputHookTest, SeesWhatAnotherProgramHasGrabbed)
     EXPECT_EQ(seen, expected);
 }
 
+TEST_F(X11InputHookTest, DrainLetsTheProgramBreatheButDeliversOneAtATime)
+{
+    int breaths = 0, inHandler = 0;
+    std::vector<int> breathsSeen;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&breaths] { ++breaths; });
+    ticker.start(0);
+    hook.start([&](const InputEvent &event) {
+        EXPECT_EQ(++inHandler, 1);
+        if (event.kind == Kind::MouseUp)
+            breathsSeen.push_back(breaths);
+        --inHandler;
+    });
+    for (int i = 0; i < 3; ++i)
+        user.click(1);
+    QCoreApplication::processEvents(); // the first is on its way when Stop comes
+    hook.drain(0);
+    ASSERT_EQ(breathsSeen.size(), 3U);
+    EXPECT_LT(breathsSeen[0], breathsSeen[1]);
+    EXPECT_LT(breathsSeen[1], breathsSeen[2]);
+}
+
 TEST_F(X11InputHookTest, DrainEndsWhileAnotherProgramHasGrabbedTheServer)
 {
     start();

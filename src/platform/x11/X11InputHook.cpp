@@ -3,6 +3,7 @@
 #include "platform/RunTimeError.h"
 #include "platform/x11/TimeStamp.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QScopeGuard>
 
@@ -114,7 +115,8 @@ void X11InputHook::postDelivery()
         this,
         [this] {
             m_deliveryPosted = false;
-            deliverOne();
+            if (!m_pausing)
+                deliverOne();
         },
         Qt::QueuedConnection);
 }
@@ -156,8 +158,20 @@ void X11InputHook::drain(std::uint32_t upTo)
 
     // Not what comes in while the handler runs.
     const std::uint64_t last = m_lastNumber;
-    while (!m_waiting.empty() && m_waiting.front().number <= last)
+    while (!m_waiting.empty() && m_waiting.front().number <= last) {
         deliverOne();
+        letWindowsBePainted();
+    }
+    postDelivery();
+}
+
+/// Handling what waits may take long: meanwhile the program must not look as if it were dead. Nothing new is
+/// delivered, and nothing that the user does is handled.
+void X11InputHook::letWindowsBePainted()
+{
+    m_pausing = true;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
+    m_pausing = false;
 }
 
 void X11InputHook::suspend()

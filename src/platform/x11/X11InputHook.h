@@ -51,6 +51,7 @@ private:
     void postDelivery();
     void deliverOne();
     void catchUp(std::uint32_t upTo);
+    void letWindowsBePainted();
 
     X11Recorder::WakeUp m_wakeUp;
     std::unique_ptr<Session> m_session;
@@ -58,6 +59,7 @@ private:
     std::uint64_t m_lastNumber = 0;
     QTimer m_heldBackTimer;
     bool m_deliveryPosted = false;
+    bool m_pausing = false; ///< between two deliveries of drain()
     int m_suspended = 0;
     std::optional<std::uint32_t> m_dropUpTo;  ///< set by resume()
     std::optional<std::uint32_t> m_dropAfter; ///< set while draining
