@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QTabBar>
 #include <QToolBar>
@@ -249,11 +250,13 @@ void frmMain::Timer1_Timer()
 {
     if (!m_cores->delayedShot.armed())
         return;
+    const auto showCountdown = qScopeGuard([this] {
+        const int seconds = m_cores->delayedShot.countdown();
+        setWindowTitle(seconds > 0 ? u"%1 - snapshot in %2 s"_s.arg(m_state.AppTitle).arg(seconds)
+                                   : m_state.AppTitle);
+        updateCommands();
+    });
     m_cores->delayedShot.tick();
-    const int seconds = m_cores->delayedShot.countdown();
-    setWindowTitle(seconds > 0 ? u"%1 - snapshot in %2 s"_s.arg(m_state.AppTitle).arg(seconds)
-                               : m_state.AppTitle);
-    updateCommands();
 }
 
 // ---- documents, help

@@ -51,7 +51,7 @@ void DelayedShot::arm(bool activeWindow, int delaySeconds, const QString &path)
 
 void DelayedShot::tick()
 {
-    if (!armed())
+    if (!armed() || m_taking)
         return;
     if (m_countdown == 0) {
         m_countdown = m_shotDelaySeconds;
@@ -64,20 +64,42 @@ void DelayedShot::tick()
 void DelayedShot::take()
 {
     const QString path = std::exchange(m_pendingShotPath, {});
-    const bool activeWindow = m_activeWindowShotArmed;
-    m_activeWindowShotArmed = false;
-    m_desktopShotArmed = false;
+    QString refusal;
     {
-        const auto restore = qScopeGuard([this] { m_services.workspace.restoreNormal(); });
-        m_grabbing.setLastPointer(m_services.screen.pointerPosition());
-        const QImage picture = activeWindow ? m_grabbing.CaptureActiveWindow() : m_grabbing.CaptureScreen();
-        if (picture.isNull())
-            throw RunTimeError(RunTimeError::InvalidPicture, u"The screen could not be grabbed."_s);
-        ImageFile::save(picture, path);
-        m_services.sound.playAndWait(FileSystem::join(m_services.state.ApplicationPath, u"camera.wav"_s));
+        m_taking = true;
+        const auto restore = qScopeGuard([this] {
+            m_taking = m_activeWindowShotArmed = m_desktopShotArmed = false;
+            m_services.workspace.restoreNormal();
+        });
+        const QImage picture = grab(refusal);
+        if (refusal.isEmpty()) {
+            ImageFile::save(picture, path);
+            m_services.sound.playAndWait(FileSystem::join(m_services.state.ApplicationPath, u"camera.wav"_s));
+        }
+    }
+    if (!refusal.isEmpty()) {
+        m_services.prompter.tell(Question::CaptureNotPossible,
+                                 {refusal, m_services.state.AppTitle, Icon::Information});
+        return;
     }
     m_services.state.CurrentImagePath = path;
     showImage();
+}
+
+/// `refusal` is what the session says that gives no picture.
+QImage DelayedShot::grab(QString &refusal)
+{
+    m_grabbing.setLastPointer(m_services.screen.pointerPosition());
+    QImage picture;
+    try {
+        picture = m_activeWindowShotArmed ? m_grabbing.CaptureActiveWindow() : m_grabbing.CaptureScreen();
+    } catch (const RunTimeError &error) {
+        refusal = error.description();
+        return {};
+    }
+    if (picture.isNull())
+        throw RunTimeError(RunTimeError::InvalidPicture, u"The screen could not be grabbed."_s);
+    return picture;
 }
 
 void DelayedShot::showImage()

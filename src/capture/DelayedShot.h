@@ -30,14 +30,18 @@ public:
 
     /// One second has passed. The snapshot is taken on the (delay + 1)-th tick after arming. Throws
     /// RunTimeError when the file cannot be written; the snapshot is given up and the window restored then.
+    /// So it is, with a message, when the session refuses it or the user cancels it. A session may ask the
+    /// user first: further ticks meanwhile do nothing.
     void tick();
 
+    /// From arm() until the snapshot has been taken or given up.
     bool armed() const { return m_activeWindowShotArmed || m_desktopShotArmed; }
     /// Seconds until the snapshot, 0 while no countdown runs.
     int countdown() const { return m_countdown; }
 
 private:
     void take();
+    QImage grab(QString &refusal);
     void showImage();
 
     Services m_services;
@@ -47,4 +51,5 @@ private:
     QString m_pendingShotPath;
     bool m_activeWindowShotArmed = false;
     bool m_desktopShotArmed = false;
+    bool m_taking = false;
 };

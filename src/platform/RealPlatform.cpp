@@ -2,12 +2,17 @@
 
 #include "platform/linux/AlsaSound.h"
 #include "platform/linux/DesktopPrograms.h"
+#include "platform/linux/PortalScreen.h"
+#include "platform/linux/ScreenshotPortal.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/RunTimeError.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11InputHook.h"
+#include "platform/x11/X11Monitors.h"
 #include "platform/x11/X11Screen.h"
+
+#include <utility>
 
 namespace
 {
@@ -23,15 +28,28 @@ public:
     void waitUntilMinimised(std::uint32_t, int) override {}
 };
 
-class AbsentInputHook : public InputHook
+/// What a user can do who wants to record a demonstration.
+QString adviceInWaylandSession()
+{
+    QString text =
+        QStringLiteral("This is a Wayland session. It does not let programs watch the mouse and the "
+                       "keyboard, so clicks cannot take snapshots here.\r\n\r\n");
+    if (ScreenshotPortal::isPresent())
+        text += QStringLiteral(
+            "Single snapshots can be taken here: choose \"Whole Desktop Snapshot\" in the menu "
+            "\"Single-Snapshot\" (\"Active Window Snapshot\" shows the whole desktop here, too).\r\n\r\n");
+    text += QStringLiteral(
+        "To record a demonstration, log out and log in again to a session that uses X11 (login screens often "
+        "call it \"on Xorg\"), and start Shotly there.");
+    return text;
+}
+
+class WaylandInputHook : public InputHook
 {
 public:
     void start(Handler) override
     {
-        throw RunTimeError(RunTimeError::CannotCreateObject,
-                           QStringLiteral("Mouse and keyboard of other programs cannot be watched in this "
-                                          "session. Please log in to a session that uses X11 (often called "
-                                          "\"on Xorg\") and start Shotly there."));
+        throw RunTimeError(RunTimeError::CannotCreateObject, adviceInWaylandSession());
     }
     void stop() override {}
     bool running() const override { return false; }
@@ -58,6 +76,15 @@ std::unique_ptr<Interface> realOrAbsent()
         return std::make_unique<Absent>();
     }
 }
+
+bool isWaylandSession()
+{
+    try {
+        return isServerOfWaylandSession(X11Connection());
+    } catch (const RunTimeError &) {
+        return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    }
+}
 } // namespace
 
 Platform makeRealPlatform()
@@ -65,7 +92,12 @@ Platform makeRealPlatform()
     Platform platform;
     platform.clock = std::make_unique<SystemClock>();
     platform.screen = realOrAbsent<Screen, X11Screen, AbsentScreen>();
-    platform.inputHook = realOrAbsent<InputHook, X11InputHook, AbsentInputHook>();
+    if (isWaylandSession()) {
+        platform.screen = std::make_unique<PortalScreen>(std::move(platform.screen));
+        platform.inputHook = std::make_unique<WaylandInputHook>();
+    } else {
+        platform.inputHook = std::make_unique<X11InputHook>();
+    }
     platform.hotKeys = realOrAbsent<HotKeys, X11HotKeys, AbsentHotKeys>();
     platform.sound = std::make_unique<AlsaSound>();
     platform.database = std::make_unique<SqliteDatabase>();

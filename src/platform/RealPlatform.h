@@ -21,6 +21,7 @@ struct Platform {
     std::unique_ptr<ExternalPrograms> programs;
 };
 
-/// Makes them. Without an X display the program still starts: screen, hook and hot keys are stand-ins then,
-/// which see nothing, and a capture run says why it cannot begin.
+/// Makes them. Without an X display the program still starts: screen and hot keys are stand-ins then, which
+/// see nothing, and a capture run says why it cannot begin. So it does in a Wayland session, with or
+/// without an X display; there the screen takes its pictures through the desktop's portal.
 Platform makeRealPlatform();

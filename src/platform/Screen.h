@@ -16,7 +16,8 @@ struct CursorShape {
 /// window), top left (0, 0), never Qt's scaled ones.
 ///
 /// Owned by Main, used on the main thread only. Failures of single calls are not thrown: a window that has
-/// gone counts as none, a rectangle that cannot be grabbed gives a null image.
+/// gone counts as none, a rectangle that cannot be grabbed gives a null image. Only where the session must be
+/// asked for a picture and gives none does grab() throw.
 class Screen
 {
 public:
@@ -39,6 +40,10 @@ public:
     /// What is seen inside `area`, clipped to the desktop: Format_RGB32, alpha bytes 0xff, device pixel
     /// ratio 1, owning its pixels. The pointer is never in the picture. Null when nothing of `area` is on
     /// the desktop or the display refuses.
+    ///
+    /// In a Wayland session: runs the event loop while the desktop, or the user whom it asks, decides, throws
+    /// RunTimeError with a sentence for the user when there is no picture, and desktop() is the picture's
+    /// size afterwards. An area that holds desktop() gives everything all the same.
     virtual QImage grab(const QRect &area) = 0;
 
     virtual CursorShape cursorShape() const = 0;

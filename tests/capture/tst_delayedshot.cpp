@@ -86,3 +86,30 @@ TEST_F(DelayedShotTest, ASnapshotThatCannotBeWrittenIsGivenUpAndTheWindowComesBa
     shot.tick();
     EXPECT_TRUE(sound.played.isEmpty());
 }
+
+TEST_F(DelayedShotTest, ASessionThatAsksItsUserMayRefuse)
+{
+    struct AskingScreen : FakeScreen {
+        DelayedShot *shot = nullptr;
+        QImage grab(const QRect &) override
+        {
+            EXPECT_TRUE(shot->armed());
+            shot->tick(); // the clock goes on while the user thinks
+            grabs.emplace_back();
+            throw RunTimeError(RunTimeError::PermissionDenied, u"The snapshot was cancelled."_s);
+        }
+    } asking;
+    ScreenGrabbing askingGrabbing(state, asking);
+    DelayedShot asked({state, asking, sound, prompter, workspace, programs}, askingGrabbing);
+    asking.shot = &asked;
+    asked.arm(false, 1, path);
+    asked.tick();
+    prompter.expectTell(Question::CaptureNotPossible);
+    asked.tick();
+    EXPECT_EQ(prompter.asked[0].text, u"The snapshot was cancelled."_s);
+    EXPECT_EQ(asking.grabs.size(), 1U);
+    EXPECT_EQ(workspace.calls, (QStringList{u"minimise"_s, u"restore"_s}));
+    EXPECT_FALSE(asked.armed());
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(sound.played.isEmpty());
+}

@@ -11,7 +11,8 @@
 #include <memory>
 #include <optional>
 
-/// The input hook of an X11 session. Under a Wayland session it sees only what goes to X programs.
+/// The input hook of an X11 session. Not for a Wayland session, where it would see only what goes to X
+/// programs and miss the rest without a word.
 ///
 /// The handler must not throw when the event loop delivers; what it throws while drain() delivers reaches
 /// the caller of drain().

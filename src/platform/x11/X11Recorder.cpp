@@ -2,7 +2,6 @@
 
 #include "platform/RunTimeError.h"
 #include "platform/x11/TimeStamp.h"
-#include "platform/x11/X11Monitors.h"
 
 #include <xcb/xcbext.h>
 #include <xcb/xinput.h>
@@ -36,14 +35,6 @@ RunTimeError cannotWatch()
 
 X11Recorder::X11Recorder(WakeUp wakeUp, Sink sink) : m_sink(std::move(sink))
 {
-    if (isServerOfWaylandSession(m_control))
-        throw RunTimeError(
-            RunTimeError::CannotCreateObject,
-            QStringLiteral(
-                "This is a Wayland session: it does not let a program watch the mouse and the keyboard "
-                "of other programs, so clicks cannot take snapshots here.\r\n\r\nTo record a "
-                "demonstration, log out and log in again to a session that uses X11 (login screens "
-                "often call it \"on Xorg\")."));
     createContext();
     const bool rawEvents = wakeUp == WakeUp::RawEvents && selectRawEvents();
     enableContext();
