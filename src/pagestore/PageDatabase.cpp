@@ -2,6 +2,7 @@
 
 #include "platform/Rounding.h"
 #include "platform/RunTimeError.h"
+#include "platform/ShortDate.h"
 
 #include <QDate>
 
@@ -28,7 +29,7 @@ QString textOf(const QVariant &value)
 {
     if (value.isNull())
         throw RunTimeError(RunTimeError::InvalidUseOfNull, u"Invalid use of Null"_s);
-    return value.typeId() == QMetaType::QDate ? value.toDate().toString(u"MM/dd/yyyy"_s) : value.toString();
+    return value.typeId() == QMetaType::QDate ? ShortDate::toText(value.toDate()) : value.toString();
 }
 } // namespace
 

@@ -100,6 +100,50 @@ QString Statements::markImageDeleted(const QString &imagePath)
            u" where [ScreenShotFilePath]="_s + quoted(imagePath);
 }
 
+QString Statements::editedProjectPages(const QString &project)
+{
+    return u"select PageTitle,SubTitle,ScreenShotFilePath,PageSummary,Note1,Note2,"
+           "PageStatus,[Date],VersionNumber,KeyWord,ProjectName,BookTitle,Chapter,[Section],"
+           "PageNumber,ID,Layout,OrderInPage, MyOwnNotes, WordFilePath, ProjectDirectory from PageData where "
+           "[ProjectName]="_s +
+           quoted(project);
+}
+
+QString Statements::editedPagesNotDeleted(const QString &project)
+{
+    return u"select * from PageData where ProjectName="_s + quoted(project) + u" and [PageStatus] <> "_s +
+           quoted(u"Deleted"_s);
+}
+
+QString Statements::editedPages()
+{
+    return u"select PageTitle,SubTitle,ScreenShotFilePath,PageSummary,Note1,Note2,PageStatus,[Date],"
+           "VersionNumber,KeyWord,ProjectName,BookTitle,Chapter,[Section],PageNumber,ID,Layout,OrderInPage, "
+           "MyOwnNotes, WordFilePath, ProjectDirectory from PageData"_s;
+}
+
+QString Statements::listedPages(const QString &project)
+{
+    return u"select [ID],ProjectName,PageNumber, PageTitle,PageStatus,"
+           "ScreenShotFilePath, ProjectName, [Date] from PageData where ProjectName="_s +
+           quoted(project) + u" Order by ProjectName, PageNumber"_s;
+}
+
+QString Statements::foundPages(bool useOr, const QString &project, const QString &text)
+{
+    const QString head = u"select [ID],ProjectName,PageNumber,PageTitle,PageStatus,"
+                         "ScreenShotFilePath,ProjectName, [Date] from PageData  where "_s;
+    const QString condition =
+        project.isEmpty() ? u" ProjectName like "_s + quoted(u"%"_s) : u" ProjectName = "_s + quoted(project);
+    const QString order = u" Order by ProjectName, PageNumber"_s;
+    if (text.isEmpty())
+        return head + condition + order;
+    const QString joiner = useOr && !project.isEmpty() ? u" or "_s : u" and "_s;
+    const QString pattern = quoted(u'%' + text + u'%');
+    return head + condition + joiner + u" ( PageTitle like "_s + pattern + u" Or SubTitle Like "_s + pattern +
+           u" Or [Keyword] Like "_s + pattern + u" Or PageSummary Like "_s + pattern + u" ) "_s + order;
+}
+
 QString Statements::setHtmlPath(std::int64_t id, const QString &path)
 {
     return u"update PageData set HTMLFilePath="_s + quoted(path) + u" where [ID]="_s + QString::number(id);

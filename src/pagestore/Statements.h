@@ -40,6 +40,18 @@ QString restartProject(const QString &project);
 QString deleteProject(const QString &project);
 QString deleteAllProjects();
 QString markImageDeleted(const QString &imagePath);
+
+/// The rows of the page editor: all pages of a project, those whose image was not deleted, all pages of all.
+QString editedProjectPages(const QString &project);
+QString editedPagesNotDeleted(const QString &project);
+QString editedPages();
+
+/// The rows of the page list: of a project, or found by words. With `useOr` all pages of the project and
+/// every page that holds the text; otherwise those of the project that hold it. An empty project means every
+/// one, an empty text any. "%" and "_" in the text are wildcards.
+QString listedPages(const QString &project);
+QString foundPages(bool useOr, const QString &project, const QString &text);
+
 QString setHtmlPath(std::int64_t id, const QString &path);
 QString htmlDocumentPages(const QString &project);
 QString wordDocumentPages(const QString &project);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RowSearch.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -38,6 +40,8 @@ public:
     virtual void requery() = 0;
 };
 
+class EditableRecordset;
+
 class Connection
 {
 public:
@@ -48,6 +52,15 @@ public:
 
     /// A recordset on a whole table. No row is read before it is asked for.
     virtual std::unique_ptr<Recordset> openTable(const QString &table) = 0;
+
+    /// A recordset whose rows can be changed, on a select statement whose rows are those of `table` and hold
+    /// its column ID.
+    virtual std::unique_ptr<EditableRecordset> openEditable(const QString &statement,
+                                                            const QString &table) = 0;
+
+    /// The same on rows that a search has found, in their order.
+    virtual std::unique_ptr<EditableRecordset> openEditable(const QString &statement, const QString &table,
+                                                            std::vector<std::int64_t> ids) = 0;
 
     /// Runs a statement that changes rows.
     virtual void execute(const QString &statement) = 0;
@@ -70,6 +83,11 @@ public:
 
     /// `connectionString` is "PROVIDER=...;Data Source=<path>". The file must exist: it is never created.
     virtual std::unique_ptr<Connection> open(const QString &connectionString) = 0;
+
+    /// Runs a select statement, which holds the column ID, without blocking the caller. Failures come to the
+    /// handler.
+    virtual std::unique_ptr<RowSearch> search(const QString &connectionString, const QString &statement,
+                                              RowSearch::Handlers handlers) = 0;
 
     /// Batches do not nest: a second one on the same file throws.
     virtual std::unique_ptr<DatabaseBatch> beginBatch(const QString &connectionString) = 0;

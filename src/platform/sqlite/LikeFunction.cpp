@@ -1,7 +1,8 @@
 #include "platform/sqlite/LikeFunction.h"
 
-#include <QList>
-#include <QString>
+#include "platform/sqlite/TextSearch.h"
+
+#include <QChar>
 
 #include <memory>
 #include <sqlite3.h>
@@ -19,29 +20,53 @@ char32_t foldedAscii(unsigned char byte) noexcept
     return byte >= 'A' && byte <= 'Z' ? static_cast<char32_t>(byte + ('a' - 'A')) : byte;
 }
 
+/// The character of more than one byte that begins at `next`, which goes behind it. What is no UTF-8 gives
+/// the replacement character.
+char32_t decoded(std::string_view utf8, std::size_t &next) noexcept
+{
+    const auto lead = static_cast<unsigned char>(utf8[next++]);
+    const int more = lead >= 0xf0 ? 3 : lead >= 0xe0 ? 2 : 1;
+    if (lead < 0xc2 || lead > 0xf4)
+        return QChar::ReplacementCharacter;
+    char32_t character = lead & (0x3fU >> more);
+    for (int i = 0; i < more; ++i, ++next) {
+        if (next >= utf8.size() || (static_cast<unsigned char>(utf8[next]) & 0xc0U) != 0x80)
+            return QChar::ReplacementCharacter;
+        character = character << 6 | (static_cast<unsigned char>(utf8[next]) & 0x3fU);
+    }
+    return character;
+}
+
 /// Replaces `folded` by the characters of a UTF-8 text in one case.
 void fold(std::string_view utf8, std::u32string &folded)
 {
     folded.resize(utf8.size());
-    std::size_t next = 0;
-    for (; next < utf8.size() && static_cast<unsigned char>(utf8[next]) < 0x80; ++next)
-        folded[next] = foldedAscii(static_cast<unsigned char>(utf8[next]));
-    if (next == utf8.size())
-        return;
-    folded.resize(next);
-    const std::string_view rest = utf8.substr(next);
-    const QString text = QString::fromUtf8(rest.data(), static_cast<qsizetype>(rest.size()));
-    for (const uint code : text.toUcs4())
-        folded += static_cast<char32_t>(QChar::toCaseFolded(code));
+    std::size_t length = 0;
+    for (std::size_t next = 0; next < utf8.size();) {
+        const auto byte = static_cast<unsigned char>(utf8[next]);
+        if (byte < 0x80) {
+            folded[length++] = foldedAscii(byte);
+            ++next;
+        } else {
+            folded[length++] = static_cast<char32_t>(QChar::toCaseFolded(decoded(utf8, next)));
+        }
+    }
+    folded.resize(length);
 }
 
 struct Pattern {
     std::u32string characters;
-    std::u32string value; // kept between rows so that its memory is
+    std::u32string value;  // kept between rows so that its memory is
+    std::string contained; // of a pattern that only asks whether a text holds these ASCII characters
+    bool isContained = false;
 
     explicit Pattern(std::string_view utf8)
     {
         fold(utf8, characters);
+        if (utf8.size() > 2 && utf8.front() == '%' && utf8.back() == '%' && TextSearch::isAscii(utf8)) {
+            contained.assign(characters.begin() + 1, characters.end() - 1);
+            isContained = contained.find_first_of("%_") == std::string::npos;
+        }
         for (char32_t &character : characters) {
             if (character == U'%')
                 character = anyCharacters;
@@ -52,6 +77,9 @@ struct Pattern {
 
     bool matches(std::string_view utf8)
     {
+        // Outside ASCII there are characters that are the other case of an ASCII letter.
+        if (isContained && TextSearch::isAscii(utf8))
+            return TextSearch::containsAscii(utf8, contained);
         fold(utf8, value);
         std::size_t inValue = 0;
         std::size_t inPattern = 0;

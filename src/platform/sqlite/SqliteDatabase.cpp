@@ -1,18 +1,24 @@
 #include "platform/sqlite/SqliteDatabase.h"
 
 #include "platform/RunTimeError.h"
+#include "platform/sqlite/SqliteEditableRecordset.h"
 #include "platform/sqlite/SqliteFile.h"
 #include "platform/sqlite/SqliteRecordset.h"
+#include "platform/sqlite/SqliteRowSearch.h"
 #include "platform/sqlite/StatementTranslator.h"
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
+// Whoever types on interrupts a search, but not its waiting for a lock.
+constexpr std::chrono::milliseconds searchPatience{200};
+
 /// A path may hold semicolons: it is the last part of the string.
 QString filePathOf(const QString &connectionString)
 {
@@ -48,6 +54,20 @@ public:
         name.replace(u'"', u"\"\""_s);
         return std::make_unique<SqliteRecordset>(m_file, u"select * from \"%1\""_s.arg(name),
                                                  SqliteRecordset::Reading::WhenAsked);
+    }
+
+    std::unique_ptr<EditableRecordset> openEditable(const QString &statement, const QString &table) override
+    {
+        return std::make_unique<SqliteEditableRecordset>(m_file, StatementTranslator::translate(statement),
+                                                         StatementTranslator::isOrdered(statement), table);
+    }
+
+    std::unique_ptr<EditableRecordset> openEditable(const QString &statement, const QString &table,
+                                                    std::vector<std::int64_t> ids) override
+    {
+        return std::make_unique<SqliteEditableRecordset>(m_file, StatementTranslator::translate(statement),
+                                                         StatementTranslator::isOrdered(statement), table,
+                                                         std::move(ids));
     }
 
     void execute(const QString &statement) override
@@ -103,6 +123,13 @@ std::unique_ptr<Connection> SqliteDatabase::open(const QString &connectionString
     const auto batch = m_batches->find(fileKey(path));
     return std::make_unique<SqliteConnection>(
         batch != m_batches->end() ? batch->second : std::make_shared<SqliteFile>(path, m_patience));
+}
+
+std::unique_ptr<RowSearch> SqliteDatabase::search(const QString &connectionString, const QString &statement,
+                                                  RowSearch::Handlers handlers)
+{
+    return std::make_unique<SqliteRowSearch>(
+        filePathOf(connectionString), std::min(m_patience, searchPatience), statement, std::move(handlers));
 }
 
 std::unique_ptr<DatabaseBatch> SqliteDatabase::beginBatch(const QString &connectionString)

@@ -18,6 +18,9 @@ public:
     std::unique_ptr<Connection> open(const QString &connectionString) override;
     std::unique_ptr<DatabaseBatch> beginBatch(const QString &connectionString) override;
 
+    std::unique_ptr<RowSearch> search(const QString &connectionString, const QString &statement,
+                                      RowSearch::Handlers handlers) override;
+
     /// The files that a batch is running on, by their path without links.
     using Batches = std::map<QString, std::shared_ptr<SqliteFile>>;
 

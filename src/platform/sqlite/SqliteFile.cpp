@@ -66,6 +66,11 @@ SqliteFile::SqliteFile(const QString &path, std::chrono::milliseconds patience) 
 
 SqliteStatement SqliteFile::prepare(const QString &statement)
 {
+    return prepareWith(statement, 0);
+}
+
+SqliteStatement SqliteFile::prepareWith(const QString &statement, int parameters)
+{
     const QByteArray text = statement.toUtf8();
     sqlite3_stmt *prepared = nullptr;
     const char *rest = nullptr;
@@ -76,7 +81,7 @@ SqliteStatement SqliteFile::prepare(const QString &statement)
         fail();
     if (!prepared || !onlyBlanks(rest))
         throw RunTimeError(DatabaseErrors::syntaxError, u"Not one statement: "_s + statement);
-    if (sqlite3_bind_parameter_count(prepared) > 0)
+    if (sqlite3_bind_parameter_count(prepared) > parameters)
         throw RunTimeError(DatabaseErrors::noSuchColumn, u"A parameter has no value: "_s + statement);
     return owner;
 }
@@ -110,6 +115,35 @@ void SqliteFile::run(const QString &statement)
     const SqliteStatement prepared = prepare(statement);
     while (step(prepared.get())) {
     }
+}
+
+int SqliteFile::runWith(const QString &statement, std::span<const QVariant> values)
+{
+    const SqliteStatement prepared = prepareWith(statement, static_cast<int>(values.size()));
+    int index = 0;
+    for (const QVariant &value : values) {
+        ++index;
+        int result = SQLITE_OK;
+        if (value.isNull()) {
+            result = sqlite3_bind_null(prepared.get(), index);
+        } else if (value.typeId() == QMetaType::LongLong) {
+            result = sqlite3_bind_int64(prepared.get(), index, value.toLongLong());
+        } else {
+            const QByteArray text = value.toString().toUtf8();
+            result = sqlite3_bind_text(prepared.get(), index, text.constData(), static_cast<int>(text.size()),
+                                       SQLITE_TRANSIENT);
+        }
+        if (result != SQLITE_OK)
+            fail();
+    }
+    while (step(prepared.get())) {
+    }
+    return sqlite3_changes(m_database.get());
+}
+
+std::int64_t SqliteFile::lastInsertedKey() const
+{
+    return sqlite3_last_insert_rowid(m_database.get());
 }
 
 void SqliteFile::beginTransaction()

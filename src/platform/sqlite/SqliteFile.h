@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
+#include <span>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -36,6 +39,13 @@ public:
     /// Runs a statement to its end.
     void run(const QString &statement);
 
+    /// Runs a statement with a value for each "?" (Null, whole numbers, and texts). Returns how many rows it
+    /// has changed.
+    int runWith(const QString &statement, std::span<const QVariant> values);
+
+    /// The ID of the row inserted last.
+    std::int64_t lastInsertedKey() const;
+
     /// A transaction of many statements, with the right to write from the start on.
     void beginTransaction();
     /// Takes everything back when it throws.
@@ -43,6 +53,7 @@ public:
     void rollBackTransaction() noexcept;
 
 private:
+    SqliteStatement prepareWith(const QString &statement, int parameters);
     void refuseAfterRollBack() const;
     [[noreturn]] void fail();
     QString reasonOf(int code, const QString &message);

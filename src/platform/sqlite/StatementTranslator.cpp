@@ -155,3 +155,10 @@ QString StatementTranslator::translate(const QString &statement)
     const QString rest = scanner.translated();
     return rest + (scanner.ordered() ? u" limit "_s : u" order by ID limit "_s) + match.captured(1);
 }
+
+bool StatementTranslator::isOrdered(const QString &statement)
+{
+    Scanner scanner(statement);
+    scanner.translated();
+    return scanner.ordered();
+}

@@ -15,4 +15,7 @@ namespace StatementTranslator
 /// Throws RunTimeError (DatabaseErrors::syntaxError) for text, a name or a date without end, a date that the
 /// calendar lacks, and a character 0 outside text.
 QString translate(const QString &statement);
+
+/// Does the statement ask for an order at its outermost level?
+bool isOrdered(const QString &statement);
 } // namespace StatementTranslator
