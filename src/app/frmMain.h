@@ -46,7 +46,7 @@ public:
     /// Registers a child window as a tab; it belongs to the tab strip from then on. Its property "formID"
     /// keeps the tab's id.
     void addTab(QWidget *child, const QString &caption);
-    void deleteTab(int id);
+    void deleteTab(int id) override;
     void turnTab(int id);
 
     /// Asks for delay and file, then takes a single snapshot of the active window or of the desktop.
@@ -62,6 +62,8 @@ public:
     void addProjectName(const QString &name) override;
     void openViewer() override;
     void openContentsPage() override;
+    void openPageEditor(const QString &caption) override;
+    void openPageList(const QString &caption) override;
     void openHelp(const QString &topic) override;
     void setBusyPointer(bool busy) override;
     void minimise() override;

@@ -73,6 +73,10 @@ void frmMain::openContentsPage()
     openWithDesktop(m_state.ContentsPagePath);
 }
 
+void frmMain::openPageEditor(const QString &) {}
+
+void frmMain::openPageList(const QString &) {}
+
 void frmMain::openHelp(const QString &topic)
 {
     openWithDesktop(FileSystem::join(m_state.HelpFilePath, topic));

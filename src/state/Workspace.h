@@ -22,6 +22,15 @@ public:
     /// Shows Module1::ContentsPagePath in the browser, as a tab "Contents".
     virtual void openContentsPage() = 0;
 
+    /// Opens the page editor as a tab; which pages it shows is said by the Editor... variables of Module1.
+    virtual void openPageEditor(const QString &caption) = 0;
+
+    /// Opens the page list as a tab.
+    virtual void openPageList(const QString &caption) = 0;
+
+    /// Closes the tab of a child window: its property "formID" names it.
+    virtual void deleteTab(int id) = 0;
+
     /// Opens a topic ("multi.htm") of the help.
     virtual void openHelp(const QString &topic) = 0;
 

@@ -18,6 +18,12 @@ public:
     void addProjectName(const QString &name) override { names.append(name); }
     void openViewer() override { calls.append(QStringLiteral("viewer")); }
     void openContentsPage() override { calls.append(QStringLiteral("contents")); }
+    void openPageEditor(const QString &caption) override
+    {
+        calls.append(QStringLiteral("editor ") + caption);
+    }
+    void openPageList(const QString &caption) override { calls.append(QStringLiteral("list ") + caption); }
+    void deleteTab(int id) override { calls.append(QStringLiteral("deleteTab %1").arg(id)); }
     void openHelp(const QString &topic) override { calls.append(QStringLiteral("help ") + topic); }
     void setBusyPointer(bool on) override
     {
