@@ -144,6 +144,11 @@ QString Statements::foundPages(bool useOr, const QString &project, const QString
            u" Or [Keyword] Like "_s + pattern + u" Or PageSummary Like "_s + pattern + u" ) "_s + order;
 }
 
+QString Statements::htmlPath(std::int64_t id)
+{
+    return u"select HTMLFilePath from PageData where [ID]="_s + QString::number(id);
+}
+
 QString Statements::setHtmlPath(std::int64_t id, const QString &path)
 {
     return u"update PageData set HTMLFilePath="_s + quoted(path) + u" where [ID]="_s + QString::number(id);

@@ -52,6 +52,9 @@ QString editedPages();
 QString listedPages(const QString &project);
 QString foundPages(bool useOr, const QString &project, const QString &text);
 
+/// The path of a page's generated file, for rows that were opened without it.
+QString htmlPath(std::int64_t id);
+
 QString setHtmlPath(std::int64_t id, const QString &path);
 QString htmlDocumentPages(const QString &project);
 QString wordDocumentPages(const QString &project);

@@ -30,6 +30,8 @@ public:
 
     virtual EditMode editMode() const = 0;
 
+    virtual bool hasField(const QString &name) const = 0;
+
     /// From 1; a new row comes behind all others.
     virtual int position() const = 0;
 

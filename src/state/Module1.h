@@ -81,6 +81,8 @@ struct Module1 {
     std::int32_t EditorLastPageNumber = 0;
     std::int32_t EditorRecordCount = 0;
     QString NextTabCaption;
+    bool WordInstalled = false; ///< spelling can be checked, as it was when somebody last asked
+    QString SpellCheckText;     ///< the text that was last checked
 
     Workspace *MainWindow = nullptr; ///< the main window, as the other screens see it
 };

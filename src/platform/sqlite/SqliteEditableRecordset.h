@@ -37,6 +37,7 @@ public:
     QVariant field(int index) const override;
     void requery() override;
 
+    bool hasField(const QString &name) const override { return m_names.contains(name, Qt::CaseInsensitive); }
     EditMode editMode() const override { return m_mode; }
     int position() const override;
     void moveLast() override;
