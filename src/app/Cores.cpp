@@ -12,6 +12,7 @@ Cores::Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &
           grabbing, snapshots),
       delayedShot({state, *platform.screen, *platform.sound, prompter, workspace, *platform.programs},
                   grabbing),
+      projects({state, database, directories, prompter, workspace, *platform.programs, *platform.clock}),
       documents(
           DocumentServices{state, database, directories, prompter, workspace, *platform.clock, progress}),
       hotKeys(*platform.hotKeys)

@@ -4,6 +4,7 @@
 #include "capture/DelayedShot.h"
 #include "capture/mHotKey.h"
 #include "documents/DocumentGeneration.h"
+#include "pagestore/ProjectCommands.h"
 #include "platform/RealPlatform.h"
 
 /// The cores of the program, put together for one main window. Members are made in the order in which they
@@ -20,6 +21,7 @@ struct Cores {
     RunRegistration registration;
     CaptureRun run;
     DelayedShot delayedShot;
+    ProjectCommands projects;
     DocumentGeneration documents;
     mHotKey hotKeys;
 };

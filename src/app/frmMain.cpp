@@ -259,6 +259,39 @@ void frmMain::Timer1_Timer()
     m_cores->delayedShot.tick();
 }
 
+// ---- pages and projects
+// ------------------------------------------------------------------------------------
+
+void frmMain::mnuPageList_Click()
+{
+    m_cores->projects.editPages();
+}
+
+void frmMain::mnuAllPage_Click()
+{
+    m_cores->projects.editAllPages();
+}
+
+void frmMain::mnuBlankPage_Click()
+{
+    m_cores->projects.addTextPage();
+}
+
+void frmMain::mnuPageGrid_Click()
+{
+    m_cores->projects.listPages();
+}
+
+void frmMain::mnuOddProject_Click()
+{
+    m_cores->projects.copyImages();
+}
+
+void frmMain::mnuViewScreenShot_Click()
+{
+    m_cores->projects.openImages();
+}
+
 // ---- documents, help
 // ---------------------------------------------------------------------------------------
 

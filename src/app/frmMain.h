@@ -33,6 +33,12 @@ public:
     // Commands of the table, by the names of their menu items.
     void mnuBeginCap_Click();
     void mnuStopCap_Click();
+    void mnuPageList_Click();
+    void mnuAllPage_Click();
+    void mnuBlankPage_Click();
+    void mnuPageGrid_Click();
+    void mnuOddProject_Click();
+    void mnuViewScreenShot_Click();
     void mnuCreateHTML_Click();
     void mnuFileExit_Click();
     void mnuIndexPage_Click();

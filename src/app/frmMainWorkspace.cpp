@@ -7,6 +7,8 @@
 #include "app/TabHost.h"
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
+#include "pagestore/frmPageData1.h"
+#include "pagestore/frmPageList.h"
 #include "platform/qt/TrayIcon.h"
 #include "platform/RunTimeError.h"
 
@@ -61,7 +63,8 @@ void frmMain::addProjectName(const QString &name)
 void frmMain::openViewer()
 {
     m_state.ImageFileRequested = false;
-    openWithDesktop(m_state.CurrentImagePath);
+    if (!m_state.CurrentImagePath.isEmpty())
+        openWithDesktop(m_state.CurrentImagePath);
 }
 
 /// Without a browser of our own the desktop's program shows the page.
@@ -73,9 +76,17 @@ void frmMain::openContentsPage()
     openWithDesktop(m_state.ContentsPagePath);
 }
 
-void frmMain::openPageEditor(const QString &) {}
+void frmMain::openPageEditor(const QString &caption)
+{
+    addTab(new frmPageData1({m_state, m_cores->database, m_prompter, *this, *m_platform.programs,
+                             *m_platform.spelling, *m_platform.clock}),
+           caption);
+}
 
-void frmMain::openPageList(const QString &) {}
+void frmMain::openPageList(const QString &caption)
+{
+    addTab(new frmPageList({m_state, m_cores->database, m_prompter, *this}), caption);
+}
 
 void frmMain::openHelp(const QString &topic)
 {
@@ -123,7 +134,8 @@ void frmMain::closeWebSearchTab()
 
 void frmMain::refreshPageViews()
 {
-    // No screen of this version shows pages.
+    for (frmPageList *list : m_tabs->findChildren<frmPageList *>())
+        list->refresh();
 }
 
 void frmMain::cmdIntoTray_Click()

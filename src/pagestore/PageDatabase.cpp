@@ -1,5 +1,6 @@
 #include "pagestore/PageDatabase.h"
 
+#include "pagestore/Statements.h"
 #include "platform/Rounding.h"
 #include "platform/RunTimeError.h"
 #include "platform/ShortDate.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -120,6 +122,29 @@ std::unique_ptr<Recordset> PageDatabase::openRecordset(const QString &query)
 std::unique_ptr<DatabaseBatch> PageDatabase::beginBatch()
 {
     return m_database.beginBatch(m_state.ConnectionString);
+}
+
+void PageDatabase::execute(const QString &statement)
+{
+    m_database.open(m_state.ConnectionString)->execute(statement);
+}
+
+std::unique_ptr<EditableRecordset> PageDatabase::openPages(const QString &query)
+{
+    return m_database.open(m_state.ConnectionString)
+        ->openEditable(query, QString::fromUtf16(Statements::pageTable));
+}
+
+std::unique_ptr<EditableRecordset> PageDatabase::openPages(const QString &query,
+                                                           std::vector<std::int64_t> ids)
+{
+    return m_database.open(m_state.ConnectionString)
+        ->openEditable(query, QString::fromUtf16(Statements::pageTable), std::move(ids));
+}
+
+std::unique_ptr<RowSearch> PageDatabase::search(const QString &query, RowSearch::Handlers handlers)
+{
+    return m_database.search(m_state.ConnectionString, query, std::move(handlers));
 }
 
 bool ListContains(const QStringList &list, const QString &name)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Database.h"
+#include "platform/EditableRecordset.h"
 #include "platform/Prompter.h"
 #include "state/Module1.h"
 
@@ -34,6 +34,16 @@ public:
     std::unique_ptr<Recordset> openRecordset(const QString &query);
 
     std::unique_ptr<DatabaseBatch> beginBatch();
+
+    /// As RunSql(), but failures are thrown.
+    void execute(const QString &statement);
+
+    /// The rows of a select statement on the page table, to be changed; throws RunTimeError. With `ids` those
+    /// that a search has found.
+    std::unique_ptr<EditableRecordset> openPages(const QString &query);
+    std::unique_ptr<EditableRecordset> openPages(const QString &query, std::vector<std::int64_t> ids);
+
+    std::unique_ptr<RowSearch> search(const QString &query, RowSearch::Handlers handlers);
 
 private:
     Database &m_database;

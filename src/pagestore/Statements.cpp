@@ -84,6 +84,11 @@ QString Statements::restartProject(const QString &project)
     return u"delete from PageData where ProjectName="_s + quoted(project);
 }
 
+QString Statements::pagesOfImage(const QString &imagePath)
+{
+    return u"select count(*) from PageData where ScreenShotFilePath="_s + quoted(imagePath);
+}
+
 QString Statements::deleteProject(const QString &project)
 {
     return u"delete from PageData where ProjectName = "_s + quoted(project);
@@ -129,19 +134,30 @@ QString Statements::listedPages(const QString &project)
            quoted(project) + u" Order by ProjectName, PageNumber"_s;
 }
 
-QString Statements::foundPages(bool useOr, const QString &project, const QString &text)
+QString Statements::numberedPages(std::int64_t id)
+{
+    return u"select [ID], PageNumber from PageData where ProjectName=(select ProjectName from PageData where "
+           "[ID]=%1) order by PageNumber, [ID]"_s.arg(id);
+}
+
+QString Statements::setPageNumber(std::int64_t id, std::int32_t number)
+{
+    return u"update PageData set PageNumber=%1 where [ID]=%2"_s.arg(number).arg(id);
+}
+
+QString Statements::foundPages(bool useOr, const QString &project, const QString &text, const QString &order)
 {
     const QString head = u"select [ID],ProjectName,PageNumber,PageTitle,PageStatus,"
                          "ScreenShotFilePath,ProjectName, [Date] from PageData  where "_s;
     const QString condition =
         project.isEmpty() ? u" ProjectName like "_s + quoted(u"%"_s) : u" ProjectName = "_s + quoted(project);
-    const QString order = u" Order by ProjectName, PageNumber"_s;
+    const QString ordered = u" Order by "_s + order;
     if (text.isEmpty())
-        return head + condition + order;
+        return head + condition + ordered;
     const QString joiner = useOr && !project.isEmpty() ? u" or "_s : u" and "_s;
     const QString pattern = quoted(u'%' + text + u'%');
     return head + condition + joiner + u" ( PageTitle like "_s + pattern + u" Or SubTitle Like "_s + pattern +
-           u" Or [Keyword] Like "_s + pattern + u" Or PageSummary Like "_s + pattern + u" ) "_s + order;
+           u" Or [Keyword] Like "_s + pattern + u" Or PageSummary Like "_s + pattern + u" ) "_s + ordered;
 }
 
 QString Statements::htmlPath(std::int64_t id)

@@ -37,6 +37,9 @@ QString insertCopiedImage(const QString &project, const QString &imagePath, std:
                           QDate date);
 
 QString restartProject(const QString &project);
+/// How many pages show an image; asked after an insertion, which is silent.
+QString pagesOfImage(const QString &imagePath);
+
 QString deleteProject(const QString &project);
 QString deleteAllProjects();
 QString markImageDeleted(const QString &imagePath);
@@ -48,9 +51,15 @@ QString editedPages();
 
 /// The rows of the page list: of a project, or found by words. With `useOr` all pages of the project and
 /// every page that holds the text; otherwise those of the project that hold it. An empty project means every
-/// one, an empty text any. "%" and "_" in the text are wildcards.
+/// one, an empty text any. "%" and "_" in the text are wildcards. `order` is a list of columns.
+inline constexpr const char16_t *pageOrder = u"ProjectName, PageNumber";
 QString listedPages(const QString &project);
-QString foundPages(bool useOr, const QString &project, const QString &text);
+QString foundPages(bool useOr, const QString &project, const QString &text,
+                   const QString &order = QString::fromUtf16(pageOrder));
+
+/// The pages of a page's project in their order, and the numbering of one.
+QString numberedPages(std::int64_t id);
+QString setPageNumber(std::int64_t id, std::int32_t number);
 
 /// The path of a page's generated file, for rows that were opened without it.
 QString htmlPath(std::int64_t id);

@@ -14,11 +14,10 @@ QString primary()
 }
 } // namespace
 
-clsPageData1::clsPageData1(Database &database, Module1 &state) : m_state(state)
+clsPageData1::clsPageData1(PageDatabase &database, Module1 &state) : m_state(state)
 {
     const bool jump = m_state.EditorJumpToPage;
-    adoPrimaryRS = database.open(m_state.ConnectionString)
-                       ->openEditable(statement(), QString::fromUtf16(Statements::pageTable));
+    adoPrimaryRS = database.openPages(statement());
     if (jump)
         standOnPage(m_state.EditorPageId);
     countRows();

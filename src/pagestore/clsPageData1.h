@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/EditableRecordset.h"
-#include "state/Module1.h"
+#include "pagestore/PageDatabase.h"
 
 #include <QObject>
 
@@ -17,7 +16,7 @@ class clsPageData1 : public QObject
     Q_OBJECT
 
 public:
-    clsPageData1(Database &database, Module1 &state);
+    clsPageData1(PageDatabase &database, Module1 &state);
 
     /// Rows right after opening.
     std::int32_t OpenRecordCount = 0;

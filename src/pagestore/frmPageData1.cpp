@@ -18,32 +18,12 @@ namespace
 {
 constexpr int thumbnailDelay = 30;     // milliseconds; whoever hurries through the pages waits for no picture
 constexpr qsizetype shownInput = 1000; // characters of a text that is too long
-constexpr QColor yellow(0xff, 0xff, 0x80);
-constexpr QColor white(0xff, 0xff, 0xff);
-constexpr QColor red(0xc0, 0, 0);
-constexpr QColor blue(0, 0, 0xc0);
-constexpr QColor grey(0xdc, 0xdc, 0xdc);
-
-void paintBox(QWidget &widget, const QColor &ground, const QColor &text)
-{
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::Base, ground);
-    palette.setColor(QPalette::Text, text);
-    widget.setPalette(palette);
-}
-
-void applyLook(QWidget &widget, Index index)
-{
-    const QString look = widget.property("look").toString();
-    if (look == u"yellow"_s)
-        paintBox(widget, yellow, Qt::black);
-    else if (look == u"white"_s)
-        paintBox(widget, white, Qt::black);
-    else if (look == u"red"_s)
-        paintBox(widget, white, red);
-    else if (look == u"locked"_s)
-        paintBox(widget, grey, index == ProjectName ? blue : QColor(Qt::black));
-}
+// The same on light and dark desktops: the colours say what a box is for.
+constexpr const char16_t *looks = u"[look=\"yellow\"] { background-color: #ffff80; color: black; }"
+                                  "[look=\"white\"] { background-color: white; color: black; }"
+                                  "[look=\"red\"] { background-color: white; color: #c00000; }"
+                                  "[look=\"locked\"] { background-color: #dcdcdc; color: black; }"
+                                  "#txtFields_10 { color: #0000c0; }";
 
 bool isPath(Index index)
 {
@@ -55,6 +35,7 @@ frmPageData1::frmPageData1(const PageEditorServices &services)
     : m_services(services), m_failures(services.prompter), m_ui(std::make_unique<Ui::frmPageData1>())
 {
     m_ui->setupUi(this);
+    setStyleSheet(QString::fromUtf16(looks));
     bindBoxes();
     describeMoveButtons();
     connectButtons();
@@ -65,7 +46,7 @@ frmPageData1::frmPageData1(const PageEditorServices &services)
     m_thumbnailTimer.setInterval(thumbnailDelay);
     connect(&m_thumbnailTimer, &QTimer::timeout, this, [this] { showThumbnail(); });
 
-    PrimaryCLS = std::make_unique<clsPageData1>(m_services.platform, m_services.state);
+    PrimaryCLS = std::make_unique<clsPageData1>(m_services.database, m_services.state);
     connectRows();
     showRow();
     if (m_services.state.EditorAddPage) {
@@ -75,7 +56,8 @@ frmPageData1::frmPageData1(const PageEditorServices &services)
         cmdEdit_Click();
     }
     UpdateNavigation();
-    box(PageTitle).widget()->setFocus();
+    // Once it is shown.
+    QTimer::singleShot(0, this, [this] { box(PageTitle).widget()->setFocus(); });
 }
 
 frmPageData1::~frmPageData1()
@@ -87,7 +69,6 @@ void frmPageData1::bindBoxes()
 {
     for (int index = 0; index < PageFields::count; ++index) {
         auto *widget = findChild<QWidget *>(u"txtFields_%1"_s.arg(index));
-        applyLook(*widget, static_cast<Index>(index));
         auto *bound = new BoundBox(index, widget, this);
         txtFields[static_cast<std::size_t>(index)] = bound;
         connect(bound, &BoundBox::edited, this,

@@ -22,7 +22,6 @@ class frmPageData1;
 /// What the page editor works with; references must outlive it.
 struct PageEditorServices {
     Module1 &state;
-    Database &platform;
     PageDatabase &database;
     Prompter &prompter;
     Workspace &workspace;

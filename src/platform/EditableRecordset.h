@@ -68,6 +68,9 @@ public:
     /// Rows that a search has found since; they come behind the others.
     virtual void appendRows(const std::vector<std::int64_t> &ids) = 0;
 
+    /// Two rows change places; their values are read anew.
+    virtual void exchangeRows(int position, int other) = 0;
+
     /// Runs after every completed move, among them those to a new row and by requery().
     virtual void setMoveHandler(std::function<void()> handler) = 0;
 };

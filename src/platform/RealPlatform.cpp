@@ -77,6 +77,13 @@ std::unique_ptr<Interface> realOrAbsent()
     }
 }
 
+class AbsentSpelling : public Spelling
+{
+public:
+    bool installed() const override { return false; }
+    QString correct(const QString &text) override { return text; }
+};
+
 bool isWaylandSession()
 {
     try {
@@ -102,5 +109,6 @@ Platform makeRealPlatform()
     platform.sound = std::make_unique<AlsaSound>();
     platform.database = std::make_unique<SqliteDatabase>();
     platform.programs = std::make_unique<DesktopPrograms>();
+    platform.spelling = std::make_unique<AbsentSpelling>();
     return platform;
 }

@@ -7,6 +7,7 @@
 #include "platform/InputHook.h"
 #include "platform/Screen.h"
 #include "platform/Sound.h"
+#include "platform/Spelling.h"
 
 #include <memory>
 
@@ -19,6 +20,7 @@ struct Platform {
     std::unique_ptr<Sound> sound;
     std::unique_ptr<Database> database;
     std::unique_ptr<ExternalPrograms> programs;
+    std::unique_ptr<Spelling> spelling; ///< without a dictionary until Main puts one with a dialog here
 };
 
 /// Makes them. Without an X display the program still starts: screen and hot keys are stand-ins then, which

@@ -21,7 +21,7 @@ protected:
     }
     void open()
     {
-        source = std::make_unique<clsPageData1>(database, state);
+        source = std::make_unique<clsPageData1>(pages, state);
         QObject::connect(source.get(), &clsPageData1::MoveComplete, [this] { ++moves; });
         QObject::connect(source.get(), &clsPageData1::endReached, [this] { ++ends; });
     }

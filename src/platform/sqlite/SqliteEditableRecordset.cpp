@@ -233,6 +233,17 @@ void SqliteEditableRecordset::moveTo(int position)
     moveToIndex(position - 1);
 }
 
+void SqliteEditableRecordset::exchangeRows(int position, int other)
+{
+    if (std::min(position, other) < 1 || std::max(position, other) > count())
+        failNoRow();
+    std::int64_t &key = m_keys[static_cast<std::size_t>(position - 1)];
+    std::int64_t &otherKey = m_keys[static_cast<std::size_t>(other - 1)];
+    m_rows.remove(key);
+    m_rows.remove(otherKey);
+    std::swap(key, otherKey);
+}
+
 void SqliteEditableRecordset::setField(const QString &name, const QVariant &value)
 {
     const int column = columnOf(name);

@@ -54,6 +54,7 @@ public:
     {
         m_keys.insert(m_keys.end(), ids.begin(), ids.end());
     }
+    void exchangeRows(int position, int other) override;
     void setMoveHandler(std::function<void()> handler) override { m_moved = std::move(handler); }
 
 private:
