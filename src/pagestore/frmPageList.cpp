@@ -131,10 +131,8 @@ void frmPageList::buildControls()
     header->setHighlightSections(false);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setStretchLastSection(true);
-    for (QObject *watched :
-         {static_cast<QObject *>(cmbProj), static_cast<QObject *>(txtSearch),
-          static_cast<QObject *>(grdDataGrid), static_cast<QObject *>(txtSearch->lineEdit()),
-          static_cast<QObject *>(cmbProj->lineEdit())})
+    for (QWidget *watched : {static_cast<QWidget *>(cmbProj), static_cast<QWidget *>(txtSearch),
+                             static_cast<QWidget *>(grdDataGrid)})
         watched->installEventFilter(this);
 }
 
@@ -229,12 +227,18 @@ void frmPageList::SetupGridColumns()
         {PageListModel::PageNumber, 500 / twipsPerPixel},
         {PageListModel::PageTitle, 5000 / twipsPerPixel},
         {PageListModel::PageStatus, 600 / twipsPerPixel},
-        {PageListModel::ScreenShotFilePath, grdDataGrid->width() - fileColumnRest},
         {PageListModel::ProjectName, 1100 / twipsPerPixel},
     };
     QHeaderView *header = grdDataGrid->horizontalHeader();
-    for (const auto &[column, width] : widths)
+    int rest = grdDataGrid->viewport()->width() - header->defaultSectionSize();
+    for (const auto &[column, width] : widths) {
         grdDataGrid->setColumnWidth(column, std::max(width, header->sectionSizeHint(column)));
+        rest -= grdDataGrid->columnWidth(column);
+    }
+    // Where headings need more than their width, the files' column gives it, so that all are seen.
+    grdDataGrid->setColumnWidth(PageListModel::ScreenShotFilePath,
+                                std::max(header->sectionSizeHint(PageListModel::ScreenShotFilePath),
+                                         std::min(grdDataGrid->width() - fileColumnRest, rest)));
     header->setSortIndicatorShown(m_sortColumn >= 0);
     header->setSortIndicator(m_sortColumn, m_sortOrder);
     // Pages are moved where their own order is shown.
@@ -352,6 +356,7 @@ void frmPageList::refresh()
 
 void frmPageList::cmdClear_Click()
 {
+    rememberSearch();
     txtSearch->setEditText({});
     cmbProj->setEditText({});
     optSearch[0]->setChecked(true);
@@ -502,10 +507,10 @@ bool frmPageList::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        if (watched != cmbProj && watched != txtSearch && handleKey(watched, key->key(), key->modifiers()))
+        if (handleKey(watched, key->key(), key->modifiers()))
             return true;
     }
-    if (event->type() == QEvent::FocusOut && (watched == txtSearch || watched == txtSearch->lineEdit()))
+    if (event->type() == QEvent::FocusOut && watched == txtSearch)
         rememberSearch();
     return QWidget::eventFilter(watched, event);
 }
