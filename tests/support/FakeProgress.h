@@ -23,7 +23,8 @@ public:
     bool step(int done) override
     {
         steps.push_back(done);
-        return done != cancelAt || !(cancelWhat.isEmpty() || cancelWhat == m_what);
+        const bool meant = cancelWhat.isEmpty() || cancelWhat == m_what;
+        return !(cancelAt > 0 && done == cancelAt && meant);
     }
     void end() override { open = false; }
 
