@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QStatusBar>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -120,6 +121,11 @@ void frmMain::closeWebSearchTab()
 void frmMain::refreshPageViews()
 {
     // No screen of this version shows pages.
+}
+
+void frmMain::showStatus(const QString &text)
+{
+    statusBar()->showMessage(text);
 }
 
 void frmMain::cmdIntoTray_Click()

@@ -113,12 +113,17 @@ void PageDatabase::FillListFromQuery(const QString &query, QStringList &list)
 
 std::unique_ptr<Recordset> PageDatabase::openRecordset(const QString &query)
 {
-    return m_database.open(m_state.ConnectionString)->openRecordset(query);
+    return connect()->openRecordset(query);
 }
 
 std::unique_ptr<DatabaseBatch> PageDatabase::beginBatch()
 {
     return m_database.beginBatch(m_state.ConnectionString);
+}
+
+std::unique_ptr<Connection> PageDatabase::connect()
+{
+    return m_database.open(m_state.ConnectionString);
 }
 
 bool ListContains(const QStringList &list, const QString &name)

@@ -35,6 +35,9 @@ public:
 
     std::unique_ptr<DatabaseBatch> beginBatch();
 
+    /// A connection of its own, for work beside the event loop; throws RunTimeError.
+    std::unique_ptr<Connection> connect();
+
 private:
     Database &m_database;
     Module1 &m_state;
