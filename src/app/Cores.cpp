@@ -5,16 +5,14 @@ Cores::Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &
     : database(*platform.database, state, prompter), directories(state, database, prompter),
       grabbing(state, *platform.screen),
       snapshots({state, *platform.screen, *platform.clock, *platform.sound, prompter, view}, grabbing),
-      marker(state, *platform.screen),
-      registration({state, *platform.clock, prompter, database, marker, progress}),
+      marker(state, *platform.screen), registration({state, prompter, database, marker, progress}),
       run({state, *platform.inputHook, *platform.clock, prompter, workspace, view, database, directories,
            registration},
           grabbing, snapshots),
       delayedShot({state, *platform.screen, *platform.sound, prompter, workspace, *platform.programs},
                   grabbing),
       projects({state, database, directories, prompter, workspace, *platform.programs, *platform.clock}),
-      documents(
-          DocumentServices{state, database, directories, prompter, workspace, *platform.clock, progress}),
+      documents(DocumentServices{state, database, directories, prompter, workspace, progress}),
       hotKeys(*platform.hotKeys)
 {
 }

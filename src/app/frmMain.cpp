@@ -19,6 +19,7 @@
 #include <QMenuBar>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QStatusBar>
 #include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -43,6 +44,9 @@ frmMain::frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSet
     setObjectName("frmMain"_L1);
     m_failures = std::make_unique<HookAwareFailureBox>(prompter, *platform.inputHook);
     m_commands = std::make_unique<CommandSet>(*this, [this](void (frmMain::*handler)()) {
+        // Hot keys and the tray know nothing of the progress box, which keeps the user from everything else.
+        if (m_progress->active())
+            return;
         runGuarded(*m_failures, [&] { (this->*handler)(); });
         updateCommands();
     });
@@ -84,6 +88,7 @@ void frmMain::buildControls()
     mPopupSys->setObjectName("mPopupSys"_L1);
     m_commands->fillTrayMenu(*mPopupSys);
     setCentralWidget(m_tabs);
+    statusBar()->setObjectName("statusBar"_L1);
     setMinimumSize(WindowPlace::smallestMainWindow());
     Timer1->setObjectName("Timer1"_L1);
     Timer1->setInterval(tick);

@@ -76,6 +76,7 @@ public:
     void restoreNormal() override;
     void closeWebSearchTab() override;
     void refreshPageViews() override;
+    void showStatus(const QString &text) override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -14,6 +14,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QStatusBar>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -136,6 +137,11 @@ void frmMain::refreshPageViews()
 {
     for (frmPageList *list : m_tabs->findChildren<frmPageList *>())
         list->refresh();
+}
+
+void frmMain::showStatus(const QString &text)
+{
+    statusBar()->showMessage(text);
 }
 
 void frmMain::cmdIntoTray_Click()

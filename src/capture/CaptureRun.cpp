@@ -282,10 +282,18 @@ void CaptureRun::stop(std::uint32_t upTo)
 void CaptureRun::finish()
 {
     m_files.setJournal(nullptr);
-    if (m_journal->shots().empty())
+    if (m_journal->shots().empty()) {
         m_journal->remove();
-    else
-        m_services.registration.perform(*m_journal);
+        m_services.workspace.showStatus(u"No snapshot was taken."_s);
+    } else if (m_services.registration.perform(*m_journal)) {
+        const std::size_t count = m_journal->shots().size();
+        m_services.workspace.showStatus(u"%1 of the project %2."_s.arg(
+            count == 1 ? u"1 snapshot is a page"_s : u"%L1 snapshots are pages"_s.arg(count),
+            m_journal->facts().project));
+    } else {
+        m_services.workspace.showStatus(
+            u"Not all snapshots of the project %1 are pages yet."_s.arg(m_journal->facts().project));
+    }
     // What an earlier stop could not register is offered again; this run's own journal is still locked.
     m_services.registration.offerAbandoned();
     m_journal.reset();

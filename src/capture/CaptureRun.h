@@ -3,6 +3,7 @@
 #include "capture/RunRegistration.h"
 #include "capture/SnapshotFiles.h"
 #include "pagestore/ProjectDirectories.h"
+#include "platform/Clock.h"
 #include "platform/InputHook.h"
 #include "state/Workspace.h"
 

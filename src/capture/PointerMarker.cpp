@@ -7,11 +7,23 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include <algorithm>
+#include <optional>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
 constexpr QRgb red = qRgb(0xff, 0, 0);
+
+/// More rows than a mark reaches above or below its position; a cursor of the system may reach further.
+constexpr int reach = 32;
+
+/// Where a snapshot is marked.
+struct Marks {
+    QPoint pointer;
+    std::optional<QPoint> rightClick;
+};
 
 // The arrow, relative to its tip.
 constexpr QPoint fillStrokes[][2] = {{{1, 2}, {1, 16}}, {{2, 3}, {2, 15}},  {{3, 4}, {3, 14}},
@@ -64,6 +76,20 @@ void drawRightClick(QPainter &painter, QPoint click, const MarkStyle &style)
     painter.drawText(QRect(corner + QPoint(3, 0), QSize(50, 14)),
                      Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, label);
 }
+
+void drawPointer(QPainter &painter, QPoint tip, const MarkStyle &style, const QImage &cursor)
+{
+    if (cursor.isNull())
+        drawArrow(painter, tip, style);
+    else
+        painter.drawImage(tip, cursor);
+}
+
+ImageFile::RowRange rowsOf(const Marks &marks, const QImage &cursor)
+{
+    const auto [first, last] = std::minmax({marks.pointer.y(), marks.rightClick.value_or(marks.pointer).y()});
+    return {first - reach, last + std::max(reach, cursor.height())};
+}
 } // namespace
 
 PointerMarker::PointerMarker(Module1 &state, Screen &screen) : m_state(state), m_screen(screen) {}
@@ -91,36 +117,25 @@ QColor PointerMarker::insideColour(int option)
 
 void PointerMarker::DrawPointerMarker(std::size_t number, const MarkStyle &style, std::uint64_t hash)
 {
-    ShotEntry &shot = m_state.ShotTable[number];
-    const QByteArray bytes = ImageFile::read(shot[ShotPath]);
-    QImage picture = ImageFile::decode(bytes, shot[ShotPath]);
-    if (ImageFile::hash(bytes) != hash)
-        return;
+    ShotEntry shot = m_state.ShotTable[number];
     if (shot[ShotReduced] == "True"_L1) {
         for (const ShotField field : {ShotPointerX, ShotPointerY, ShotRightClickX, ShotRightClickY})
             shot[field] = QString::number(Rounding::toInt(shot[field].toInt() * 0.01 * style.bigPicSize));
     }
-    drawPointer(picture, {shot[ShotPointerX].toInt(), shot[ShotPointerY].toInt()}, style);
-    if (shot[ShotRightClick] == "True"_L1) {
-        const QPoint click(shot[ShotRightClickX].toInt(), shot[ShotRightClickY].toInt());
-        {
-            QPainter painter(&picture);
-            drawRightClick(painter, click, style);
-        }
-        drawPointer(picture, click, style);
-    }
-    ImageFile::save(picture, shot[ShotPath]);
-}
+    Marks marks{{shot[ShotPointerX].toInt(), shot[ShotPointerY].toInt()}, {}};
+    if (shot[ShotRightClick] == "True"_L1)
+        marks.rightClick = QPoint(shot[ShotRightClickX].toInt(), shot[ShotRightClickY].toInt());
+    const QImage cursor = style.systemMouseShape ? m_screen.cursorShape().image : QImage();
 
-void PointerMarker::drawPointer(QImage &picture, QPoint tip, const MarkStyle &style) const
-{
-    QPainter painter(&picture);
-    if (style.systemMouseShape) {
-        const CursorShape cursor = m_screen.cursorShape();
-        if (!cursor.image.isNull()) {
-            painter.drawImage(tip, cursor.image);
-            return;
+    const auto paint = [&](QImage &part, int firstRow) {
+        QPainter painter(&part);
+        const QPoint origin(0, firstRow);
+        drawPointer(painter, marks.pointer - origin, style, cursor);
+        if (marks.rightClick) {
+            drawRightClick(painter, *marks.rightClick - origin, style);
+            drawPointer(painter, *marks.rightClick - origin, style, cursor);
         }
-    }
-    drawArrow(painter, tip, style);
+    };
+    if (ImageFile::edit(shot[ShotPath], hash, rowsOf(marks, cursor), paint))
+        m_state.ShotTable[number] = shot;
 }

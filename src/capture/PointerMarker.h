@@ -34,8 +34,6 @@ public:
     static QColor insideColour(int option);
 
 private:
-    void drawPointer(QImage &picture, QPoint tip, const MarkStyle &style) const;
-
     Module1 &m_state;
     Screen &m_screen;
 };

@@ -3,13 +3,10 @@
 #include "pagestore/Statements.h"
 #include "platform/AtomicFile.h"
 #include "platform/RunTimeError.h"
+#include "state/BesideEvents.h"
 
 #include <QHash>
 #include <QSet>
-
-#include <atomic>
-#include <chrono>
-#include <future>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -147,19 +144,15 @@ void RunRegistration::syncFiles(const RunJournal &journal)
         paths += shot.entry[ShotPath];
     ProgressScope progress(m_services.progress, u"Bringing the pictures to the disk"_s,
                            static_cast<int>(paths.size()));
-    std::atomic<int> synced = 0;
-    std::atomic<bool> cancelled = false;
-    const std::future<void> done = std::async(std::launch::async, [&paths, &synced, &cancelled] {
+    m_cancelled = besideEvents(progress, [&paths](WorkBesideEvents &work) {
         for (const QString &path : paths) {
-            if (cancelled)
-                return;
+            if (work.stop.stop_requested())
+                return true;
             AtomicFile::syncFile(path);
-            ++synced;
+            ++work.done;
         }
+        return false;
     });
-    while (done.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
-        cancelled = cancelled || !progress.step(synced);
-    m_cancelled = cancelled;
 }
 
 void RunRegistration::insertPages(const RunFacts &facts)

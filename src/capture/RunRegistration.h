@@ -3,7 +3,6 @@
 #include "capture/PointerMarker.h"
 #include "capture/RunJournal.h"
 #include "pagestore/PageDatabase.h"
-#include "platform/Clock.h"
 #include "platform/Prompter.h"
 #include "state/Progress.h"
 
@@ -20,7 +19,6 @@ class RunRegistration
 public:
     struct Services {
         Module1 &state;
-        Clock &clock;
         Prompter &prompter;
         PageDatabase &database;
         PointerMarker &marker;

@@ -1,9 +1,11 @@
 #include "documents/DocumentGeneration.h"
 
-#include "documents/PassFiles.h"
 #include "platform/RunTimeError.h"
 
+#include <QLocale>
 #include <QScopeGuard>
+
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -83,29 +85,70 @@ void DocumentGeneration::CreateDocuments()
 void DocumentGeneration::GenerateHtmlOutput()
 {
     Module1 &state = m_services.state;
-    const PreviousPages previous(state.FileSystem, state.ProjectDirectory,
-                                 ProjectDirectories::oldDocumentFolder(state.ProjectDirectory));
-    if (!m_services.directories.MoveOldDocuments(u"HTML"_s))
+    m_services.workspace.showStatus(QString());
+    if (!replaceHtmlDocuments())
         return;
-    try {
-        const HtmlOutcome outcome = writeHtmlDocuments(state.AppOptions.ProjectName);
-        if (outcome == HtmlOutcome::GivenUp && !previous.putBack())
-            tellFailure(u"the generation was cancelled"_s, false);
-        if (outcome != HtmlOutcome::Finished)
-            return;
-    } catch (const RunTimeError &error) {
-        tellFailure(error.description(), previous.putBack());
-        return;
-    }
-    if (state.AppOptions.ShowLessMessage != 1)
-        m_services.prompter.tell(
-            Question::HtmlPagesCreated,
-            {u"HTML pages created for this project are in \r\n"_s +
-                 FileSystem::join(state.AppOptions.BaseDirectory, state.AppOptions.ProjectName) +
-                 u"\r\n\r\nThe file names end with .htm"_s,
-             state.AppTitle});
+    tellCreated();
     state.ShowContentsRequested = true;
     m_services.workspace.openContentsPage();
+}
+
+/// The previous pages make room for new ones, or come back.
+bool DocumentGeneration::replaceHtmlDocuments()
+{
+    const Module1 &state = m_services.state;
+    HtmlOutcome outcome = HtmlOutcome::GivenUp;
+    std::optional<QString> failure;
+    bool complete = true;
+    bool hadPrevious = false;
+    {
+        const ProgressScope box(m_services.progress, u"Generating the HTML pages"_s, 0);
+        MovedDocuments previous(state.FileSystem, state.ProjectDirectory);
+        WrittenFiles written(state.FileSystem);
+        try {
+            const auto moving =
+                m_services.directories.MoveOldDocuments(u"HTML"_s, previous, m_services.progress);
+            if (moving == ProjectDirectories::Moving::NoDirectory)
+                return false;
+            if (moving == ProjectDirectories::Moving::Done)
+                outcome = writeHtmlDocuments(state.AppOptions.ProjectName, written);
+        } catch (const RunTimeError &error) {
+            failure = error.description();
+        }
+        hadPrevious = previous.count() > 0;
+        if (outcome == HtmlOutcome::GivenUp) {
+            complete = written.undo(m_services.progress);
+            complete = previous.putBack(m_services.progress) && complete;
+        } else {
+            written.keep();
+            previous.keep(m_services.progress);
+        }
+    }
+    if (outcome == HtmlOutcome::GivenUp) {
+        const QString end = failure ? u"Failed"_s : u"Cancelled"_s;
+        if (complete)
+            m_services.workspace.showStatus(end + (hadPrevious ? u": the previous documents are back."_s
+                                                               : u": no HTML pages were written."_s));
+        if (failure || !complete)
+            tellFailure(failure.value_or(u"the generation was cancelled"_s), complete);
+    }
+    return outcome == HtmlOutcome::Finished;
+}
+
+void DocumentGeneration::tellCreated()
+{
+    const Module1 &state = m_services.state;
+    m_services.workspace.showStatus(m_pagesWritten == 1 ? u"1 HTML page written."_s
+                                                        : QLocale(QLocale::English).toString(m_pagesWritten) +
+                                                              u" HTML pages written."_s);
+    if (state.AppOptions.ShowLessMessage == 1)
+        return;
+    m_services.prompter.tell(
+        Question::HtmlPagesCreated,
+        {u"HTML pages created for this project are in \r\n"_s +
+             FileSystem::join(state.AppOptions.BaseDirectory, state.AppOptions.ProjectName) +
+             u"\r\n\r\nThe file names end with .htm"_s,
+         state.AppTitle});
 }
 
 void DocumentGeneration::tellFailure(const QString &reason, bool previousAreBack)

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "documents/HtmlPageWriter.h"
+#include "documents/PassFiles.h"
 #include "pagestore/ProjectDirectories.h"
-#include "platform/Clock.h"
 #include "state/Progress.h"
 #include "state/Workspace.h"
 
@@ -26,12 +26,13 @@ struct DocumentServices {
     ProjectDirectories &directories;
     Prompter &prompter;
     Workspace &workspace;
-    Clock &clock;
     Progress &progress;
     WordDocuments *wordDocuments = nullptr; ///< none: as on a machine without a word processor
 };
 
 /// Turns the current project into its final documents.
+///
+/// What takes its time shows progress and lets events run; the user's own reach nothing but the progress.
 class DocumentGeneration
 {
 public:
@@ -44,7 +45,7 @@ public:
     /// All finished pages of the project and a contents page with one numbered link each. True when the pass
     /// ran to its end; false when there are no such pages, the user gave up naming the contents page or
     /// cancelled. Throws RunTimeError when a file or the database fails. Unless it ran to its end, every file
-    /// and every row is as it was before, but for an existing contents page that the user let go.
+    /// and every row is as it was before.
     bool GenerateHtmlDocuments(const QString &project);
 
     /// Moves the previous pages away, writes new ones, reports, and shows the contents page. The previous
@@ -54,9 +55,13 @@ public:
 
 private:
     enum class HtmlOutcome { Finished, NoPages, GivenUp };
-    HtmlOutcome writeHtmlDocuments(const QString &project);
+    HtmlOutcome writeHtmlDocuments(const QString &project, WrittenFiles &written);
+    std::unique_ptr<Recordset> readPages(const QString &project);
+    bool replaceHtmlDocuments();
     void tellFailure(const QString &reason, bool previousAreBack);
+    void tellCreated();
 
     DocumentServices m_services;
+    int m_pagesWritten = 0;
     bool m_running = false;
 };

@@ -3,11 +3,12 @@
 #include "documents/OutputFile.h"
 #include "documents/PassFiles.h"
 #include "pagestore/Statements.h"
-#include "platform/AtomicFile.h"
+#include "state/BesideEvents.h"
 
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <future>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -63,13 +64,14 @@ HtmlPage pageOf(const Recordset &rows)
     return page;
 }
 
-/// One way through a project's pages. What it has written goes again with it, unless keep() was called.
+/// One way through a project's pages. Files are written in another thread while the next pages are put into
+/// words in this one.
 class HtmlPass
 {
 public:
-    explicit HtmlPass(const DocumentServices &services)
-        : m_services(services), m_writer(services.state, services.database, services.prompter),
-          m_written(services.state.FileSystem), m_contents(HtmlText::encode(contentsHead()))
+    HtmlPass(const DocumentServices &services, WrittenFiles &written)
+        : m_services(services), m_writer(services.state, services.prompter), m_written(written),
+          m_contents(HtmlText::encode(contentsHead()))
     {
     }
 
@@ -77,61 +79,104 @@ public:
     bool writePages(Recordset &rows)
     {
         ProgressScope progress(m_services.progress, u"Writing HTML pages"_s, rows.recordCount());
-        int ordinal = 0;
         for (; !rows.atEnd(); rows.moveNext()) {
             const HtmlPage page = pageOf(rows);
-            const QString path = m_writer.ChoosePageHtmlPath(page, ++ordinal);
-            m_services.clock.letEventsRun();
-            m_written.aboutToWrite(path);
-            m_writer.WritePageHtml(page, path);
-            m_paths.emplace_back(page.ID, path);
+            // Which names are taken is only certain when everything has been written.
+            if (page.ScreenShotFilePath.trimmed().isEmpty())
+                writeWaiting(progress);
+            const QString path = m_writer.ChoosePageHtmlPath(page, ++m_pages);
+            m_waiting.emplace_back(path, m_writer.pageBytes(page));
+            if (path != page.HTMLFilePath)
+                m_changedPaths += Statements::setHtmlPath(page.ID, path);
             const QString fileName = FileSystem::bareName(path).trimmed();
             m_contents +=
-                HtmlText::encode(contentsRow(ordinal, HtmlText::EscapeHtmlText(fileName), page.PageTitle));
-            if (!progress.step(ordinal))
+                HtmlText::encode(contentsRow(m_pages, HtmlText::EscapeHtmlText(fileName), page.PageTitle));
+            if (m_waiting.size() == atOnce)
+                startWriting(progress);
+            if (!progress.step(m_pages))
                 return false;
         }
+        writeWaiting(progress);
         return true;
     }
 
     void writeContents(const QString &path)
     {
-        m_written.aboutToWrite(path);
-        AtomicFile::write(path, m_contents + "</table></body></html>\r\n");
+        ProgressScope progress(m_services.progress, u"Writing the contents page"_s, 0);
+        m_waiting.emplace_back(path, m_contents + "</table></body></html>\r\n");
+        writeWaiting(progress);
     }
 
-    /// In one transaction and only now: one that stayed open while events run would hold what the user
-    /// changes meanwhile, and take it back with a pass that is given up.
-    void storePaths()
+    /// In one transaction and only now: one that stayed open while pages are written would keep everybody
+    /// else from the database. False when the user has cancelled.
+    bool storePaths()
     {
-        const std::unique_ptr<DatabaseBatch> batch = m_services.database.beginBatch();
-        for (const auto &[id, path] : m_paths)
-            m_writer.SetPageHtmlPath(id, path);
-        batch->commit();
+        ProgressScope progress(m_services.progress, u"Storing the file names"_s, 0);
+        const std::unique_ptr<Connection> connection = m_services.database.connect();
+        return besideEvents(progress, [&](WorkBesideEvents &work) {
+            return connection->executeTogether(m_changedPaths, work.stop);
+        });
     }
 
-    void keep() noexcept { m_written.keep(); }
+    int pages() const { return m_pages; }
 
 private:
+    static constexpr std::size_t atOnce = 64;
+    using Files = std::vector<std::pair<QString, QByteArray>>;
+
+    /// Hands over what waits as soon as the files before it are written.
+    void startWriting(ProgressScope &progress)
+    {
+        finishWriting(progress);
+        m_writing = std::async(std::launch::async, [this, files = std::exchange(m_waiting, {})] {
+            for (const auto &[path, bytes] : files)
+                m_written.write(path, bytes);
+        });
+    }
+
+    void finishWriting(ProgressScope &progress)
+    {
+        if (!m_writing.valid())
+            return;
+        while (m_writing.wait_for(std::chrono::milliseconds(2)) != std::future_status::ready)
+            progress.step(m_pages);
+        m_writing.get();
+    }
+
+    void writeWaiting(ProgressScope &progress)
+    {
+        startWriting(progress);
+        finishWriting(progress);
+    }
+
     const DocumentServices &m_services;
     HtmlPageWriter m_writer;
-    WrittenFiles m_written;
+    WrittenFiles &m_written; ///< the writing thread's while there is one
     QByteArray m_contents;
-    std::vector<std::pair<qint64, QString>> m_paths; ///< by page ID
+    QStringList m_changedPaths; ///< statements
+    int m_pages = 0;
+    Files m_waiting;
+    std::future<void> m_writing; ///< last: waited for before anything else goes
 };
 } // namespace
 
 bool DocumentGeneration::GenerateHtmlDocuments(const QString &project)
 {
-    return writeHtmlDocuments(project) == HtmlOutcome::Finished;
+    WrittenFiles written(m_services.state.FileSystem);
+    if (writeHtmlDocuments(project, written) == HtmlOutcome::Finished) {
+        written.keep();
+        return true;
+    }
+    written.undo(m_services.progress);
+    return false;
 }
 
-DocumentGeneration::HtmlOutcome DocumentGeneration::writeHtmlDocuments(const QString &project)
+DocumentGeneration::HtmlOutcome DocumentGeneration::writeHtmlDocuments(const QString &project,
+                                                                       WrittenFiles &written)
 {
     Module1 &state = m_services.state;
     const auto defaultPointer = qScopeGuard([this] { m_services.workspace.setBusyPointer(false); });
-    const std::unique_ptr<Recordset> rows =
-        m_services.database.openRecordset(Statements::htmlDocumentPages(project));
+    const std::unique_ptr<Recordset> rows = readPages(project);
     if (rows->atEnd()) {
         m_services.prompter.tell(Question::NoPagesForDocuments,
                                  {u"There are no data or screen shot \r\n"
@@ -143,12 +188,22 @@ DocumentGeneration::HtmlOutcome DocumentGeneration::writeHtmlDocuments(const QSt
         state.FileSystem, m_services.prompter, state.ProjectDirectory, u"index.htm"_s, u"Contents Page"_s);
     if (!contentsPath)
         return HtmlOutcome::GivenUp;
-    HtmlPass pass(m_services);
+    HtmlPass pass(m_services, written);
     if (!pass.writePages(*rows))
         return HtmlOutcome::GivenUp;
     pass.writeContents(*contentsPath);
-    pass.storePaths();
-    pass.keep();
+    if (!pass.storePaths())
+        return HtmlOutcome::GivenUp;
     state.ContentsPagePath = *contentsPath;
+    m_pagesWritten = pass.pages();
     return HtmlOutcome::Finished;
+}
+
+std::unique_ptr<Recordset> DocumentGeneration::readPages(const QString &project)
+{
+    ProgressScope progress(m_services.progress, u"Reading the pages"_s, 0);
+    const std::unique_ptr<Connection> connection = m_services.database.connect();
+    const QString query = Statements::htmlDocumentPages(project);
+    return besideEvents(progress,
+                        [&](WorkBesideEvents & /*work*/) { return connection->openRecordset(query); });
 }

@@ -1,7 +1,6 @@
 #include "documents/HtmlPageWriter.h"
 
 #include "documents/HtmlText.h"
-#include "pagestore/Statements.h"
 #include "platform/AtomicFile.h"
 
 #include <array>
@@ -62,13 +61,11 @@ bool hasPageExtension(const QString &path)
 }
 } // namespace
 
-HtmlPageWriter::HtmlPageWriter(Module1 &state, PageDatabase &database, Prompter &prompter)
-    : m_state(state), m_database(database), m_prompter(prompter)
-{
-}
+HtmlPageWriter::HtmlPageWriter(Module1 &state, Prompter &prompter) : m_state(state), m_prompter(prompter) {}
 
-QByteArray HtmlPageWriter::pageBytes(const HtmlPage &page, const QString &pictureName) const
+QByteArray HtmlPageWriter::pageBytes(const HtmlPage &page) const
 {
+    const QString pictureName = HtmlText::EscapeHtmlText(FileSystem::bareName(page.ScreenShotFilePath));
     const auto block = [this](const QString &comment, const QString &text, TextRole role) {
         return textBlock(comment, text, m_state.AppOptions.HtmlStyles[static_cast<std::size_t>(role)]);
     };
@@ -87,8 +84,7 @@ QByteArray HtmlPageWriter::pageBytes(const HtmlPage &page, const QString &pictur
 
 void HtmlPageWriter::WritePageHtml(const HtmlPage &page, const QString &path) const
 {
-    const QString pictureName = FileSystem::bareName(page.ScreenShotFilePath);
-    AtomicFile::write(path, pageBytes(page, HtmlText::EscapeHtmlText(pictureName)));
+    AtomicFile::write(path, pageBytes(page));
 }
 
 QString HtmlPageWriter::ChoosePageHtmlPath(const HtmlPage &page, int pageOrdinal)
@@ -138,9 +134,4 @@ QString HtmlPageWriter::askForName()
 QString HtmlPageWriter::besideContents(const QString &path) const
 {
     return path.startsWith(u'/') ? path : FileSystem::join(m_state.ProjectDirectory, path);
-}
-
-void HtmlPageWriter::SetPageHtmlPath(qint64 id, const QString &path)
-{
-    m_database.RunSql(QString::fromUtf16(Statements::pageTable), Statements::setHtmlPath(id, path));
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "pagestore/PageDatabase.h"
 #include "platform/Prompter.h"
 #include "state/Module1.h"
 
@@ -26,10 +25,10 @@ struct HtmlPage {
 class HtmlPageWriter
 {
 public:
-    HtmlPageWriter(Module1 &state, PageDatabase &database, Prompter &prompter);
+    HtmlPageWriter(Module1 &state, Prompter &prompter);
 
-    /// The bytes of a page; `pictureName` is the bare, escaped file name of the picture, empty for none.
-    QByteArray pageBytes(const HtmlPage &page, const QString &pictureName) const;
+    /// The bytes of a page; its picture is named without the folder.
+    QByteArray pageBytes(const HtmlPage &page) const;
 
     /// Writes the page's file, overwriting. Throws RunTimeError naming the file and the reason.
     void WritePageHtml(const HtmlPage &page, const QString &path) const;
@@ -39,8 +38,6 @@ public:
     /// project directory.
     QString ChoosePageHtmlPath(const HtmlPage &page, int pageOrdinal);
 
-    void SetPageHtmlPath(qint64 id, const QString &path);
-
 private:
     QString unusedName(int pageOrdinal);
     bool mayOverwrite(const QString &path);
@@ -48,6 +45,5 @@ private:
     QString besideContents(const QString &path) const;
 
     Module1 &m_state;
-    PageDatabase &m_database;
     Prompter &m_prompter;
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -27,27 +28,87 @@ uchar byteOf(uint character)
                ? uchar{0}
                : static_cast<uchar>(firstUpperControl + static_cast<uint>(found - upperControls.begin()));
 }
+/// Encodes whole blocks of ASCII at once, which most text is; returns how many characters that were.
+qsizetype plainBlocks(QStringView text, char *bytes)
+{
+    constexpr qsizetype block = 16;
+    qsizetype done = 0;
+    for (; text.size() - done >= block; done += block) {
+        const char16_t *const units = text.utf16() + done;
+        uint all = 0;
+        for (qsizetype i = 0; i < block; ++i)
+            all |= units[i];
+        if (all >= firstUpperControl)
+            break;
+        for (qsizetype i = 0; i < block; ++i)
+            bytes[done + i] = static_cast<char>(units[i]);
+    }
+    return done;
+}
 } // namespace
 
 QString HtmlText::EscapeHtmlText(const QString &text)
 {
-    QString escaped = text;
-    escaped.replace(u'<', u"&lt;"_s);
-    escaped.replace(u'>', u"&gt;"_s);
-    escaped.replace(u'\r', u"<br>"_s);
+    QString escaped;
+    escaped.reserve(text.size());
+    qsizetype copied = 0;
+    const auto replaceAt = [&](qsizetype place, QLatin1StringView replacement) {
+        escaped += QStringView(text).sliced(copied, place - copied);
+        escaped += replacement;
+        copied = place + 1;
+    };
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        if (text[place] == u'<')
+            replaceAt(place, "&lt;"_L1);
+        else if (text[place] == u'>')
+            replaceAt(place, "&gt;"_L1);
+        else if (text[place] == u'\r')
+            replaceAt(place, "<br>"_L1);
+    }
+    if (copied == 0)
+        return text;
+    escaped += QStringView(text).sliced(copied);
     return escaped;
 }
 
 QByteArray HtmlText::encode(const QString &text)
 {
-    QByteArray bytes;
-    bytes.reserve(text.size());
-    for (const uint character : text.toUcs4()) {
-        const uchar byte = byteOf(character);
-        if (byte != 0 || character == 0)
-            bytes.append(static_cast<char>(byte));
-        else
-            bytes.append("&#" + QByteArray::number(character) + ';');
+    constexpr qsizetype longestReference = 10; // "&#1114111;"
+    QByteArray bytes(text.size(), Qt::Uninitialized);
+    char *next = bytes.data();
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        char32_t character = text[place].unicode();
+        if (character < firstUpperControl) {
+            const qsizetype plain = plainBlocks(QStringView(text).sliced(place), next);
+            next += plain;
+            place += plain;
+            if (plain == 0)
+                *next++ = static_cast<char>(character);
+            else
+                --place;
+            continue;
+        }
+        if (QChar::isSurrogate(character)) {
+            const bool whole = QChar::isHighSurrogate(character) && place + 1 < text.size() &&
+                               text[place + 1].isLowSurrogate();
+            character =
+                whole ? QChar::surrogateToUcs4(static_cast<char16_t>(character), text[++place].unicode())
+                      : char32_t{QChar::ReplacementCharacter};
+        }
+        if (const uchar byte = byteOf(character); byte != 0) {
+            *next++ = static_cast<char>(byte);
+            continue;
+        }
+        const qsizetype used = next - bytes.constData();
+        const qsizetype needed = used + longestReference + text.size() - place;
+        if (bytes.size() < needed)
+            bytes.resize(std::max(needed, 2 * bytes.size()));
+        char *const reference = bytes.data() + used;
+        next = std::to_chars(reference + 2, reference + longestReference, uint{character}).ptr;
+        reference[0] = '&';
+        reference[1] = '#';
+        *next++ = ';';
     }
+    bytes.truncate(next - bytes.constData());
     return bytes;
 }

@@ -10,10 +10,8 @@ std::optional<QString> ChooseOutputFile(const FileSystem &files, Prompter &promp
         const Answer answer =
             prompter.ask(Question::OverwriteContentsPage, Buttons::YesNo,
                          {u"File: %1\r\nalready exists. Overwrite it?"_s.arg(path), u"File Existing"_s});
-        if (answer == Answer::Yes) {
-            files.deleteFile(path);
+        if (answer == Answer::Yes)
             return path;
-        }
         const std::optional<QString> name =
             prompter.input(Question::NewContentsPageName,
                            {u"Please enter a new file name for %1\r\n"

@@ -1,6 +1,8 @@
 #include "documents/PassFiles.h"
 
+#include "platform/AtomicFile.h"
 #include "platform/RunTimeError.h"
+#include "state/BesideEvents.h"
 
 #include <QFile>
 
@@ -10,24 +12,18 @@ WrittenFiles::WrittenFiles(const FileSystem &files) : m_files(files) {}
 
 WrittenFiles::~WrittenFiles()
 {
-    if (m_kept)
-        return;
-    for (auto file = m_before.cbegin(); file != m_before.cend(); ++file) {
-        try {
-            if (file.value())
-                m_files.writeFile(file.key(), *file.value());
-            else
-                m_files.deleteFile(file.key());
-        } catch (const RunTimeError &) {
-            continue; // among them the file whose writing failed: it is not there
-        }
-    }
+    restore([] {});
 }
 
-void WrittenFiles::aboutToWrite(const QString &path)
+void WrittenFiles::write(const QString &path, QByteArrayView bytes)
 {
-    if (m_before.contains(path))
-        return;
+    if (!m_before.contains(path))
+        remember(path);
+    AtomicFile::write(path, bytes);
+}
+
+void WrittenFiles::remember(const QString &path)
+{
     if (!m_files.fileExists(path)) {
         m_before.insert(path, std::nullopt);
         return;
@@ -39,30 +35,33 @@ void WrittenFiles::aboutToWrite(const QString &path)
     m_before.insert(path, file.readAll());
 }
 
-PreviousPages::PreviousPages(const FileSystem &files, const QString &directory,
-                             const QString &oldDocumentFolder)
-    : m_files(files), m_directory(directory), m_oldDocumentFolder(oldDocumentFolder)
+/// The new ones first: a full disk has room again for the old ones then.
+template <typename Done>
+bool WrittenFiles::restore(Done done)
 {
-    try {
-        m_names = m_files.filesMatching(directory, u"*.htm"_s);
-    } catch (const RunTimeError &) {
-        m_names.clear();
+    for (auto file = m_before.cbegin(); file != m_before.cend(); ++file) {
+        if (file.value())
+            continue;
+        QFile::remove(file.key()); // the file whose writing failed is not there
+        done();
     }
-}
-
-bool PreviousPages::putBack() const
-{
     bool complete = true;
-    for (const QString &name : m_names) {
-        const QString path = FileSystem::join(m_directory, name);
-        // One that could not be moved away is newer than its namesake in the folder.
-        if (m_files.fileExists(path))
+    for (auto file = m_before.cbegin(); file != m_before.cend(); ++file) {
+        if (!file.value())
             continue;
         try {
-            m_files.moveFile(FileSystem::join(m_oldDocumentFolder, name), path);
+            m_files.writeFile(file.key(), *file.value());
         } catch (const RunTimeError &) {
             complete = false;
         }
+        done();
     }
+    m_before.clear();
     return complete;
+}
+
+bool WrittenFiles::undo(Progress &progress)
+{
+    ProgressScope scope(progress, u"Removing the new pages"_s, static_cast<int>(m_before.size()));
+    return besideEvents(scope, [this](WorkBesideEvents &work) { return restore([&work] { ++work.done; }); });
 }

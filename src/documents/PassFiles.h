@@ -1,15 +1,15 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "state/Progress.h"
 
 #include <QByteArray>
 #include <QHash>
-#include <QStringList>
 
 #include <optional>
 
 /// The files that one generation writes. Unless keep() was called, the destructor leaves the disk as it was:
-/// new files go, overwritten ones have their old bytes again.
+/// new files go, overwritten ones have their old bytes again. Used by one thread at a time.
 class WrittenFiles
 {
 public:
@@ -18,31 +18,19 @@ public:
     WrittenFiles(const WrittenFiles &) = delete;
     WrittenFiles &operator=(const WrittenFiles &) = delete;
 
-    /// To be called before a file is written. Throws RunTimeError when an existing one cannot be read.
-    void aboutToWrite(const QString &path);
+    /// Writes a whole file atomically. Throws RunTimeError when that fails or an existing one cannot be read.
+    void write(const QString &path, QByteArrayView bytes);
 
-    void keep() noexcept { m_kept = true; }
+    /// What the destructor does, while events run. False when an overwritten file could not be restored.
+    bool undo(Progress &progress);
+
+    void keep() noexcept { m_before.clear(); }
 
 private:
+    void remember(const QString &path);
+    template <typename Done>
+    bool restore(Done done);
+
     FileSystem m_files;
     QHash<QString, std::optional<QByteArray>> m_before; ///< by path; nothing for a file that was not there
-    bool m_kept = false;
-};
-
-/// The pages that lie in a project directory when a generation begins, and the way back for those that are
-/// moved away by it.
-class PreviousPages
-{
-public:
-    /// `directory` is searched now; one that cannot be read has no pages.
-    PreviousPages(const FileSystem &files, const QString &directory, const QString &oldDocumentFolder);
-
-    /// Moves the pages back that are no longer in the directory. False when one could not be.
-    bool putBack() const;
-
-private:
-    FileSystem m_files;
-    QString m_directory;
-    QString m_oldDocumentFolder;
-    QStringList m_names;
 };

@@ -116,7 +116,7 @@ void PageDatabase::FillListFromQuery(const QString &query, QStringList &list)
 
 std::unique_ptr<Recordset> PageDatabase::openRecordset(const QString &query)
 {
-    return m_database.open(m_state.ConnectionString)->openRecordset(query);
+    return connect()->openRecordset(query);
 }
 
 std::unique_ptr<DatabaseBatch> PageDatabase::beginBatch()
@@ -145,6 +145,11 @@ std::unique_ptr<EditableRecordset> PageDatabase::openPages(const QString &query,
 std::unique_ptr<RowSearch> PageDatabase::search(const QString &query, RowSearch::Handlers handlers)
 {
     return m_database.search(m_state.ConnectionString, query, std::move(handlers));
+}
+
+std::unique_ptr<Connection> PageDatabase::connect()
+{
+    return m_database.open(m_state.ConnectionString);
 }
 
 bool ListContains(const QStringList &list, const QString &name)

@@ -45,6 +45,9 @@ public:
 
     std::unique_ptr<RowSearch> search(const QString &query, RowSearch::Handlers handlers);
 
+    /// A connection of its own, for work beside the event loop; throws RunTimeError.
+    std::unique_ptr<Connection> connect();
+
 private:
     Database &m_database;
     Module1 &m_state;

@@ -99,19 +99,26 @@ void ProjectDirectories::show1stPic()
     m_state.MainWindow->openViewer();
 }
 
-bool ProjectDirectories::MoveOldDocuments(const QString &kind)
+bool ProjectDirectories::directoryIsThere()
 {
     const QString directory = m_state.ProjectDirectory;
-    if (!m_state.FileSystem.folderExists(directory)) {
-        m_prompter.tell(Question::OldDocumentsDirectoryMissing,
-                        {u"The project directory is not exist:\r\n\r\n%1\r\n\r\n"
-                         "You may changed base directory. if this is true, go to \r\n"
-                         "Admin->Option, change base directory back to old value.\r\n\r\n"
-                         "You may deleted the project directory. Create a new\r\n"
-                         "project."_s.arg(directory),
-                         m_state.AppTitle});
+    if (m_state.FileSystem.folderExists(directory))
+        return true;
+    m_prompter.tell(Question::OldDocumentsDirectoryMissing,
+                    {u"The project directory is not exist:\r\n\r\n%1\r\n\r\n"
+                     "You may changed base directory. if this is true, go to \r\n"
+                     "Admin->Option, change base directory back to old value.\r\n\r\n"
+                     "You may deleted the project directory. Create a new\r\n"
+                     "project."_s.arg(directory),
+                     m_state.AppTitle});
+    return false;
+}
+
+bool ProjectDirectories::MoveOldDocuments(const QString &kind)
+{
+    if (!directoryIsThere())
         return false;
-    }
+    const QString directory = m_state.ProjectDirectory;
     const MovingRule rule = movingRule(kind);
     try {
         m_state.FileSystem.createFolder(oldDocumentFolder(directory));
@@ -121,6 +128,18 @@ bool ProjectDirectories::MoveOldDocuments(const QString &kind)
         return true; // no folder to copy into or none to read: every file stays where it is
     }
     return true;
+}
+
+ProjectDirectories::Moving ProjectDirectories::MoveOldDocuments(const QString &kind, MovedDocuments &moved,
+                                                                Progress &progress)
+{
+    if (!directoryIsThere())
+        return Moving::NoDirectory;
+    try {
+        return moved.move(movingRule(kind).deleted, progress) ? Moving::Done : Moving::Cancelled;
+    } catch (const RunTimeError &) {
+        return Moving::Done; // no folder to move into or none to read: every file stays where it is
+    }
 }
 
 void ProjectDirectories::setAside(const QString &directory, const QString &pattern, bool removing)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pagestore/MovedDocuments.h"
 #include "pagestore/PageDatabase.h"
 #include "platform/Prompter.h"
 #include "state/Module1.h"
@@ -29,10 +30,15 @@ public:
     /// after its copy is complete; one that cannot be copied stays where it is, silently.
     bool MoveOldDocuments(const QString &kind);
 
+    /// The same with a way back, and with progress while it takes its time.
+    enum class Moving { Done, NoDirectory, Cancelled };
+    Moving MoveOldDocuments(const QString &kind, MovedDocuments &moved, Progress &progress);
+
     /// Where a project directory's previous documents go.
     static QString oldDocumentFolder(const QString &directory);
 
 private:
+    bool directoryIsThere();
     QString storedDirectory(const QString &project);
     void setAside(const QString &directory, const QString &pattern, bool removing);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -13,6 +15,36 @@
 /// user may not write, a folder or a device under the name is refused.
 namespace AtomicFile
 {
+/// A file of a temporary name that takes its place only when everything has been written to it; destroyed
+/// before, it leaves nothing behind. Every function throws like write().
+class Replacement
+{
+public:
+    explicit Replacement(const QString &path);
+    ~Replacement();
+    Replacement(const Replacement &) = delete;
+    Replacement &operator=(const Replacement &) = delete;
+
+    /// Tells how many bytes are going to be written, neither more nor fewer: large new files are written
+    /// faster then.
+    void expect(qint64 size) noexcept;
+
+    void append(std::span<const QByteArrayView> pieces);
+    void append(QByteArrayView bytes);
+    void takeTheName();
+
+private:
+    int create();
+    int openTemporary(unsigned mode);
+    [[noreturn]] void fail(int code) const;
+
+    QString m_path;
+    QByteArray m_target;
+    QByteArray m_temporary;
+    bool m_replaces = false;
+    FileDescriptor m_descriptor; ///< set by create(), after the others
+};
+
 /// Replaces or creates `path` with the pieces one after the other. Throws RunTimeError naming the file and
 /// the reason; nothing is left behind then.
 void write(const QString &path, std::span<const QByteArrayView> pieces);

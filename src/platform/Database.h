@@ -3,9 +3,11 @@
 #include "platform/RowSearch.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 /// The page database's platform: connections and recordsets in the style of ActiveX Data Objects.
@@ -14,8 +16,9 @@
 /// (a quote inside is written twice), dates between "#" signs, names in square brackets, "select top n".
 /// Every failure throws RunTimeError whose description is the database's own.
 ///
-/// A connection is opened, used and dropped within one operation. A DatabaseBatch lets many operations share
-/// one connection and one transaction.
+/// A connection is opened, used and dropped within one operation. It may be used in another thread than the
+/// one that opened it, by one at a time, and so may its recordsets. A DatabaseBatch lets many operations
+/// share one connection and one transaction.
 
 class Recordset
 {
@@ -64,6 +67,10 @@ public:
 
     /// Runs a statement that changes rows.
     virtual void execute(const QString &statement) = 0;
+
+    /// Runs such statements in one transaction. False when `stop` was requested before the end; everything
+    /// is taken back then, and also when one fails. Not for a connection of a batch.
+    virtual bool executeTogether(const QStringList &statements, const std::stop_token &stop) = 0;
 };
 
 /// While one lives, every connection opened for the same file is the same one, inside one transaction.

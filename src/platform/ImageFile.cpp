@@ -1,7 +1,11 @@
 #include "platform/ImageFile.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/BitmapHeader.h"
 #include "platform/BitmapRows.h"
+#include "platform/ByteHash.h"
+#include "platform/InputFile.h"
+#include "platform/LateClosing.h"
 #include "platform/RunTimeError.h"
 
 #include <QBuffer>
@@ -10,19 +14,19 @@
 #include <QImageWriter>
 #include <QPainter>
 
-#include <QtEndian>
-
-#define XXH_INLINE_ALL
-#include <xxhash.h>
-
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <memory>
+#include <optional>
 
 namespace
 {
-constexpr qsizetype headerSize = 54;
-constexpr int infoHeaderSize = 40;
-constexpr int pixelsPerMetre = 2835;
-constexpr int bitsPerPixel = 24;
+/// Bitmaps go through a core's own cache in pieces of this size: a piece is still there when the next step
+/// needs it.
+constexpr qint64 pieceSize = 256 * 1024;
+/// The kernel keeps files in pages of this size and is slow where a piece ends within one.
+constexpr qint64 pageSize = 4096;
 
 /// Level 1 of zlib: a picture of the screen gets little smaller with more, and takes longer by far.
 constexpr int pngQuality = 80;
@@ -31,40 +35,10 @@ constexpr int jpegQuality = 90;
 /// Four screens of 3840 x 2160 side by side are more than the library's own limit.
 constexpr int largestPictureMegabytes = 1024;
 
-/// Little-endian fields one after the other.
-class HeaderWriter
+/// Memory that nobody has filled yet.
+std::unique_ptr<char[]> bufferOf(qint64 size)
 {
-public:
-    explicit HeaderWriter(char *target) : m_target(target) {}
-    template <typename T>
-    void put(T value)
-    {
-        qToLittleEndian(value, m_target);
-        m_target += sizeof value;
-    }
-
-private:
-    char *m_target;
-};
-
-void putHeaders(char *target, QSize size, qsizetype fileSize)
-{
-    HeaderWriter header(target);
-    header.put<quint16>('B' | 'M' << 8);
-    header.put<quint32>(static_cast<quint32>(fileSize));
-    header.put<quint32>(0); // reserved
-    header.put<quint32>(headerSize);
-    header.put<quint32>(infoHeaderSize);
-    header.put<qint32>(size.width());
-    header.put<qint32>(size.height()); // positive: the lowest row comes first
-    header.put<quint16>(1);            // planes
-    header.put<quint16>(bitsPerPixel);
-    header.put<quint32>(0); // not compressed
-    header.put<quint32>(static_cast<quint32>(fileSize - headerSize));
-    header.put<qint32>(pixelsPerMetre);
-    header.put<qint32>(pixelsPerMetre);
-    header.put<quint32>(0); // no palette
-    header.put<quint32>(0);
+    return std::make_unique_for_overwrite<char[]>(static_cast<std::size_t>(size));
 }
 
 /// Empty for a Windows bitmap.
@@ -91,6 +65,7 @@ QByteArray encoded(const QImage &picture, const QByteArray &format, const QStrin
             QStringLiteral("The picture cannot be written to %1: %2").arg(path, writer.errorString()));
     return bytes;
 }
+
 /// What is transparent shows the white of a page.
 QImage withoutTransparency(const QImage &picture)
 {
@@ -101,38 +76,9 @@ QImage withoutTransparency(const QImage &picture)
     QPainter(&plain).drawImage(plain.rect(), picture);
     return plain;
 }
-} // namespace
 
-std::uint64_t ImageFile::save(const QImage &picture, const QString &path)
-{
-    const QByteArray format = formatOf(path);
-    const QByteArray bytes = format.isEmpty() ? toBitmap(picture) : encoded(picture, format, path);
-    AtomicFile::write(path, bytes);
-    return hash(bytes);
-}
-
-std::uint64_t ImageFile::hash(QByteArrayView bytes)
-{
-    return XXH3_64bits(bytes.data(), static_cast<std::size_t>(bytes.size()));
-}
-
-QImage ImageFile::load(const QString &path)
-{
-    return decode(read(path), path);
-}
-
-QByteArray ImageFile::read(const QString &path)
-{
-    QFile file(path);
-    if (!file.exists())
-        throw RunTimeError(RunTimeError::FileNotFound, QStringLiteral("File not found: %1").arg(path));
-    if (!file.open(QIODevice::ReadOnly))
-        throw RunTimeError(RunTimeError::PathAccess,
-                           QStringLiteral("%1 cannot be read: %2").arg(path, file.errorString()));
-    return file.readAll();
-}
-
-QImage ImageFile::decode(const QByteArray &bytes, const QString &path)
+/// `path` is for the message.
+QImage decoded(const QByteArray &bytes, const QString &path)
 {
     if (QImageReader::allocationLimit() < largestPictureMegabytes)
         QImageReader::setAllocationLimit(largestPictureMegabytes);
@@ -150,22 +96,203 @@ QImage ImageFile::decode(const QByteArray &bytes, const QString &path)
     return plain;
 }
 
-QByteArray ImageFile::toBitmap(const QImage &picture)
+QByteArray allBytes(InputFile &file)
+{
+    file.seek(0);
+    QByteArray bytes(file.size(), Qt::Uninitialized);
+    bytes.truncate(file.read(bytes.data(), bytes.size()));
+    return bytes;
+}
+
+std::uint64_t hashOf(QByteArrayView bytes)
+{
+    ByteHash hash;
+    hash.add(bytes);
+    return hash.value();
+}
+
+void packRow(const QImage &picture, int y, char *target)
+{
+    packPixels(reinterpret_cast<const std::uint32_t *>(picture.constScanLine(y)),
+               reinterpret_cast<std::uint8_t *>(target), static_cast<std::size_t>(picture.width()));
+}
+
+void unpackRow(const char *source, QImage &picture, int y)
+{
+    unpackPixels(reinterpret_cast<const std::uint8_t *>(source),
+                 reinterpret_cast<std::uint32_t *>(picture.scanLine(y)),
+                 static_cast<std::size_t>(picture.width()));
+}
+
+std::uint64_t saveBitmap(const QImage &picture, const QString &path)
 {
     const bool packable =
         picture.format() == QImage::Format_RGB32 || picture.format() == QImage::Format_ARGB32;
     const QImage source =
         packable || picture.isNull() ? picture : picture.convertToFormat(QImage::Format_RGB32);
-    const qsizetype rowBytes = qsizetype{3} * source.width();
-    const qsizetype stride = (rowBytes + 3) / 4 * 4;
-    QByteArray bytes(headerSize + stride * source.height(), Qt::Uninitialized);
-    putHeaders(bytes.data(), source.size(), bytes.size());
+    BitmapHeader header;
+    header.size = source.size();
+    AtomicFile::Replacement file(path);
+    file.expect(header.rowsEnd());
 
-    char *target = bytes.data() + headerSize;
-    for (int y = source.height() - 1; y >= 0; --y, target += stride) {
-        packPixels(reinterpret_cast<const std::uint32_t *>(source.constScanLine(y)),
-                   reinterpret_cast<std::uint8_t *>(target), static_cast<std::size_t>(source.width()));
-        std::memset(target + rowBytes, 0, static_cast<std::size_t>(stride - rowBytes));
+    ByteHash hash;
+    const auto buffer = bufferOf(pieceSize + header.stride());
+    header.put(buffer.get());
+    qint64 filled = BitmapHeader::length;
+    const auto writePiece = [&](qint64 count) {
+        const QByteArrayView piece(buffer.get(), count);
+        hash.add(piece);
+        file.append(piece);
+        filled -= count;
+        std::memmove(buffer.get(), buffer.get() + count, static_cast<std::size_t>(filled));
+    };
+    for (int i = 0; i < source.height(); ++i) {
+        char *row = buffer.get() + filled;
+        packRow(source, header.rowAt(i), row);
+        std::memset(row + header.rowBytes(), 0,
+                    static_cast<std::size_t>(header.stride() - header.rowBytes()));
+        filled += header.stride();
+        while (filled >= pieceSize)
+            writePiece(pieceSize);
     }
-    return bytes;
+    writePiece(filled);
+    file.takeTheName();
+    return hash.value();
+}
+
+/// Nothing when the file is no bitmap of the kind that is read here.
+std::optional<BitmapHeader> headerOf(InputFile &file)
+{
+    std::array<char, BitmapHeader::length> bytes{};
+    const qsizetype count = file.read(bytes.data(), bytes.size());
+    const auto header = BitmapHeader::parse({bytes.data(), count}, file.size());
+    const bool small = header && header->stride() * header->size.height() < qint64{largestPictureMegabytes}
+                                                                                << 20;
+    return small ? header : std::nullopt;
+}
+
+/// Null when the file has become shorter meanwhile.
+QImage loadBitmap(InputFile &file, const BitmapHeader &header)
+{
+    QImage picture(header.size, QImage::Format_RGB32);
+    picture.setDotsPerMeterX(header.pixelsPerMetre.width());
+    picture.setDotsPerMeterY(header.pixelsPerMetre.height());
+    const int rowsAtOnce = static_cast<int>(std::max<qint64>(1, pieceSize / header.stride()));
+    const auto buffer = bufferOf(rowsAtOnce * header.stride());
+    file.seek(header.rowsBegin);
+    for (int begin = 0; begin < picture.height(); begin += rowsAtOnce) {
+        const int count = std::min(rowsAtOnce, picture.height() - begin);
+        if (file.read(buffer.get(), count * header.stride()) != count * header.stride())
+            return {};
+        for (int i = 0; i < count; ++i)
+            unpackRow(buffer.get() + i * header.stride(), picture, header.rowAt(begin + i));
+    }
+    return picture;
+}
+
+using ImageFile::RowRange;
+using Paint = std::function<void(QImage &part, int firstRow)>;
+
+/// Only `rows` are taken apart; `place` is the one that lies lowest in the file.
+void paintRows(char *place, const BitmapHeader &header, RowRange rows, const Paint &paint)
+{
+    QImage part(header.size.width(), rows.last - rows.first + 1, QImage::Format_RGB32);
+    const auto bytesOf = [&](int y) {
+        return place + header.stride() * (header.topDown ? y : part.height() - 1 - y);
+    };
+    for (int y = 0; y < part.height(); ++y)
+        unpackRow(bytesOf(y), part, y);
+    paint(part, rows.first);
+    for (int y = 0; y < part.height(); ++y)
+        packRow(part, y, bytesOf(y));
+}
+
+LateClosing &lateClosing()
+{
+    static LateClosing closing;
+    return closing;
+}
+
+/// Copies everything but `rows` as it is. Whether the hash is right turns out at the end only, which saves
+/// reading the file twice.
+bool editBitmap(InputFile &file, const BitmapHeader &header, const QString &path, std::uint64_t hash,
+                RowRange rows, const Paint &paint)
+{
+    rows = {std::max(rows.first, 0), std::min(rows.last, header.size.height() - 1)};
+    qint64 begin = file.size();
+    qint64 end = begin;
+    qint64 place = begin;
+    if (rows.first <= rows.last) {
+        place = header.rowsBegin + header.stride() * header.rowAt(header.topDown ? rows.first : rows.last);
+        begin = place / pageSize * pageSize;
+        const qint64 rowsEnd = place + header.stride() * (rows.last - rows.first + 1);
+        end = std::min((rowsEnd + pageSize - 1) / pageSize * pageSize, file.size());
+    }
+    AtomicFile::Replacement result(path);
+    ByteHash found;
+    const auto buffer = bufferOf(std::max(pieceSize, end - begin));
+    file.seek(0);
+    qint64 next = 0;
+    for (qint64 at = 0; at < file.size(); at = next) {
+        next =
+            at == begin ? end : std::min((at / pieceSize + 1) * pieceSize, at < begin ? begin : file.size());
+        const QByteArrayView piece(buffer.get(), next - at);
+        if (file.read(buffer.get(), piece.size()) != piece.size())
+            return false;
+        found.add(piece);
+        if (at == begin)
+            paintRows(buffer.get() + (place - begin), header, rows, paint);
+        result.append(piece);
+    }
+    if (found.value() != hash)
+        return false;
+    result.takeTheName();
+    lateClosing().add(file.takeDescriptor());
+    return true;
+}
+} // namespace
+
+std::uint64_t ImageFile::save(const QImage &picture, const QString &path)
+{
+    const QByteArray format = formatOf(path);
+    if (format.isEmpty())
+        return saveBitmap(picture, path);
+    const QByteArray bytes = encoded(picture, format, path);
+    AtomicFile::write(path, bytes);
+    return hashOf(bytes);
+}
+
+QImage ImageFile::load(const QString &path)
+{
+    InputFile file(path);
+    QImage picture;
+    if (const auto header = headerOf(file))
+        picture = loadBitmap(file, *header);
+    return picture.isNull() ? decoded(allBytes(file), path) : picture;
+}
+
+bool ImageFile::edit(const QString &path, std::uint64_t hash, RowRange rows, const Paint &paint)
+{
+    InputFile file(path);
+    if (const auto header = headerOf(file)) {
+        for (bool first = true;; first = false) {
+            try {
+                return editBitmap(file, *header, path, hash, rows, paint);
+            } catch (const RunTimeError &) {
+                // What need not be written may be refused.
+                if (hashOf(allBytes(file)) != hash)
+                    return false;
+                if (!first)
+                    throw;
+                lateClosing().wait(); // a full disk may have room then
+            }
+        }
+    }
+    const QByteArray bytes = allBytes(file);
+    QImage picture = decoded(bytes, path);
+    if (hashOf(bytes) != hash)
+        return false;
+    paint(picture, 0);
+    save(picture, path);
+    return true;
 }

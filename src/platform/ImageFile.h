@@ -1,32 +1,37 @@
 #pragma once
 
-#include <QByteArray>
 #include <QImage>
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 
 /// Picture files. A name that ends in .png, .jpg or .jpeg (letter case ignored) is written in that format,
-/// every other name as a Windows bitmap.
+/// every other name as a Windows bitmap: 24 bits a pixel, rows bottom-up, see BitmapHeader.
 namespace ImageFile
 {
-/// Writes `picture` atomically and returns the hash of the bytes written. Throws RunTimeError naming the file
-/// and the reason.
+/// Writes `picture` atomically and returns the hash of the file's bytes (ByteHash), which tells later whether
+/// the file is still the one that was written. Alpha is left out of a bitmap; a null picture gives one of 0 x
+/// 0 pixels. Throws RunTimeError naming the file and the reason.
 std::uint64_t save(const QImage &picture, const QString &path);
-
-/// XXH3 (64 bits) of a file's bytes; tells whether a file is still the one that was written.
-std::uint64_t hash(QByteArrayView bytes);
 
 /// Reads any picture that Qt knows as Format_RGB32, device pixel ratio 1. Throws RunTimeError when the file
 /// is missing, not readable or no picture.
 QImage load(const QString &path);
 
-/// The two halves of load(): the bytes of a file, and the picture that they are (`path` is for messages).
-QByteArray read(const QString &path);
-QImage decode(const QByteArray &bytes, const QString &path);
+/// Rows of a picture, both included; they may lie outside it.
+struct RowRange {
+    int first;
+    int last;
+};
 
-/// A Windows bitmap of 24 bits a pixel: BITMAPFILEHEADER, BITMAPINFOHEADER, rows bottom-up, each padded to
-/// four bytes (Microsoft, "Bitmap Storage"). 2835 pixels a metre (72 dpi). Alpha is ignored. A null picture
-/// gives a bitmap of 0 x 0 pixels.
-QByteArray toBitmap(const QImage &picture);
+/// Lets `paint` change some rows of the picture in a file and saves it over the file, atomically. `paint`
+/// gets a part of the picture, Format_RGB32 in its full width, and the number of the part's first row; the
+/// part has at least those rows of `rows` that the picture has, and nothing outside `rows` should be changed.
+/// Without such rows it may not be called at all.
+///
+/// A file whose bytes do not have this hash is left alone: false. Throws RunTimeError when the file is
+/// missing, no picture, or cannot be written.
+bool edit(const QString &path, std::uint64_t hash, RowRange rows,
+          const std::function<void(QImage &part, int firstRow)> &paint);
 } // namespace ImageFile

@@ -45,4 +45,7 @@ public:
 
     /// Screens that show pages of the database read them again.
     virtual void refreshPageViews() = 0;
+
+    /// Says in the status line what has been done; the text stays until the next one.
+    virtual void showStatus(const QString &text) = 0;
 };

@@ -68,5 +68,12 @@ TEST(WidgetProgressTest, CancelAnswersTheNextStep)
     while (progress.step(++done) && ++more < 500)
         work(10);
     EXPECT_LT(more, 500);
+    progress.begin(u"Putting back"_s, 10); // within the work that was cancelled
+    EXPECT_TRUE(progress.step(1));
+    EXPECT_EQ(box()->findChild<QPushButton *>(), nullptr);
     progress.end();
+    EXPECT_TRUE(progress.active());
+    progress.end();
+    EXPECT_FALSE(progress.active());
+    EXPECT_EQ(box(), nullptr);
 }

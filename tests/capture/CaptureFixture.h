@@ -34,7 +34,7 @@ struct CaptureFixture : TestPages {
     ScreenGrabbing grabbing{state, screen};
     SnapshotFiles files{{state, screen, clock, sound, prompter, view}, grabbing};
     PointerMarker marker{state, screen};
-    RunRegistration registration{{state, clock, prompter, pages, marker, progress}};
+    RunRegistration registration{{state, prompter, pages, marker, progress}};
     CaptureRun run{
         {state, hook, clock, prompter, workspace, view, pages, directories, registration}, grabbing, files};
 

@@ -159,6 +159,7 @@ TEST_F(CaptureRunTest, StopMarksRegistersAndShowsTheFirstPage)
     EXPECT_EQ(ImageFile::load(state.ShotTable[2][ShotPath]).pixel(250, 100),
               qRgb(0, 0, 0)); // the arrow's tip
     EXPECT_EQ(state.CurrentImagePath, state.AppOptions.BaseDirectory + u"/stop/sh0001.bmp"_s);
+    EXPECT_EQ(workspace.status, u"2 snapshots are pages of the project stop."_s);
     EXPECT_TRUE(workspace.calls.contains(u"viewer"_s));
 
     run.stop(0); // nothing is on: nothing happens

@@ -21,9 +21,10 @@ protected:
     std::uint64_t hash = 0; ///< of the snapshot added last
 
     /// A grey snapshot of 800 x 600 with a click and, if there is one, a right click.
-    void addShot(QPoint pointer, std::optional<QPoint> rightClick = {}, bool reduced = false)
+    void addShot(QPoint pointer, std::optional<QPoint> rightClick = {}, bool reduced = false,
+                 const QString &suffix = u".bmp"_s)
     {
-        const QString path = inProject(u"sh%1.bmp"_s.arg(state.ShotTable.size()));
+        const QString path = inProject(u"sh%1"_s.arg(state.ShotTable.size()) + suffix);
         hash = ImageFile::save(screen.picture, path);
         const QPoint right = rightClick.value_or(QPoint());
         state.ShotTable.push_back({u"Demo"_s, path, QString::number(pointer.x()),
@@ -135,4 +136,28 @@ TEST_F(MarkerTest, TheSystemsShapeIsDrawnWithItsCornerOnTheClick)
     addShot({200, 200});
     marker.DrawPointerMarker(1, style, hash);
     EXPECT_EQ(changed(marked()), QRect(200, 200, 4, 4));
+}
+
+TEST_F(MarkerTest, TheMarksAreThoseDrawnOnTheWholePicture)
+{
+    // A bitmap is taken apart around the marks only, a file of another format is painted as a whole.
+    for (int y = 0; y < 600; ++y)
+        for (int x = 0; x < 800; ++x)
+            screen.picture.setPixel(x, y, qRgb(x * 7, y * 5, x + y));
+    screen.shape.image = QImage(200, 256, QImage::Format_ARGB32_Premultiplied);
+    screen.shape.image.fill(qRgba(0x60, 0, 0x40, 0x80));
+    const QPoint positions[] = {{400, 300}, {0, 0}, {799, 0}, {3, 599}, {-5, -5}, {790, 610}, {300, 5}};
+    for (const bool systemShape : {false, true}) {
+        style.systemMouseShape = systemShape;
+        for (std::size_t i = 0; i < std::size(positions); ++i) {
+            const QPoint rightClick = positions[(i + 2) % std::size(positions)];
+            for (const QString &suffix : {u".bmp"_s, u".png"_s}) {
+                addShot(positions[i], rightClick, false, suffix);
+                marker.DrawPointerMarker(state.ShotTable.size() - 1, style, hash);
+            }
+            const QImage picture = marked(state.ShotTable.size() - 2);
+            EXPECT_NE(picture, screen.picture) << i;
+            EXPECT_EQ(picture, marked(state.ShotTable.size() - 1)) << systemShape << ' ' << i;
+        }
+    }
 }

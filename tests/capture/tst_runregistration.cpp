@@ -153,8 +153,9 @@ TEST_F(RegistrationTest, OneBadSnapshotDoesNotKeepTheOthersFromTheirPages)
 TEST_F(RegistrationTest, CancelLeavesEverythingForAnotherTime)
 {
     leave({shot(1, {1, 1}), shot(2, {2, 2})});
-    progress.cancelAt = 1;
-    for (const QString &step : {u"Drawing the pointer"_s, u"Registering the pages"_s}) {
+    progress.cancelAtOnce = true;
+    for (const QString &step :
+         {u"Drawing the pointer"_s, u"Bringing the pictures to the disk"_s, u"Registering the pages"_s}) {
         progress.cancelWhat = step;
         prompter.expectAsk(Question::RegisterAbandonedRun, Answer::Yes);
         prompter.expectTell(Question::PagesNotRegistered);
@@ -162,7 +163,7 @@ TEST_F(RegistrationTest, CancelLeavesEverythingForAnotherTime)
         EXPECT_EQ(pageNumbers(), QString()) << step.toStdString();
         EXPECT_EQ(journals().size(), 1);
     }
-    progress.cancelAt = 0;
+    progress.cancelAtOnce = false;
     prompter.expectAsk(Question::RegisterAbandonedRun, Answer::Yes);
     registration.offerAbandoned();
     EXPECT_EQ(pageNumbers(), u"8 9"_s);

@@ -10,7 +10,7 @@ class HtmlPageWriterTest : public testing::Test
 {
 protected:
     TestPages t;
-    HtmlPageWriter writer{t.state, t.pages, t.prompter};
+    HtmlPageWriter writer{t.state, t.prompter};
     HtmlPage page;
 
     QString name(const QString &path) const { return QDir(t.state.ProjectDirectory).relativeFilePath(path); }
@@ -34,7 +34,11 @@ TEST(HtmlText, encodesWindows1252AndNumbersTheRest)
         {QString(QChar(0x80)), "&#128;"},
         {u"Я 漢?"_s, "&#1071; &#28450;?"},
         {u"😀"_s, "&#128512;"},
-        {QString(QChar(0xD83D)), "&#65533;"}};
+        {QString(QChar(0xD83D)), "&#65533;"},
+        {u"sixteen and more plain letters€ sixteen and more €"_s,
+         "sixteen and more plain letters\x80 sixteen and more \x80"},
+        {QString(QChar(0xDE00)) + u"a"_s, "&#65533;a"},
+        {u"\u4E00\u4E01\u4E02"_s, "&#19968;&#19969;&#19970;"}};
     for (const auto &[text, bytes] : rows)
         EXPECT_EQ(HtmlText::encode(text), bytes) << qPrintable(text);
 }
@@ -46,15 +50,17 @@ TEST_F(HtmlPageWriterTest, theLayoutDecidesWhereTheSubTitleStands)
         std::int16_t option;
         bool below;
     };
+    page.ScreenShotFilePath = u"/p/a.bmp"_s;
     for (const Row &row : {Row{1, 2, true}, Row{2, 1, false}, Row{0, 1, true}, Row{0, 2, false},
                            Row{0, 0, false}, Row{7, 1, false}, Row{-1, 1, false}}) {
         page.Layout = row.layout;
         t.state.AppOptions.OptionFlags[PageLayout] = row.option;
-        const QByteArray bytes = writer.pageBytes(page, u"a.bmp"_s);
+        const QByteArray bytes = writer.pageBytes(page);
         EXPECT_EQ(bytes.indexOf("sPicture") < bytes.indexOf(" sub title line "), row.below)
             << row.layout << " " << row.option;
     }
-    EXPECT_FALSE(writer.pageBytes(page, u"  "_s).contains("<img")) << "a blank name is no picture";
+    page.ScreenShotFilePath = u"  "_s;
+    EXPECT_FALSE(writer.pageBytes(page).contains("<img")) << "a blank name is no picture";
 }
 
 TEST_F(HtmlPageWriterTest, aPageIsReplacedAsAWholeAndNamesItsPictureWithoutFolder)

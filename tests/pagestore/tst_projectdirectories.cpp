@@ -1,3 +1,4 @@
+#include "support/FakeProgress.h"
 #include "support/TestPages.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -155,6 +156,55 @@ TEST_F(ProjectDirectoriesTest, olderFilesAreReplacedAndFailedOnesStay)
     t.write(t.inProject(u"oldDocument"_s), "a file in the way");
     EXPECT_TRUE(t.directories.MoveOldDocuments(u"HTML"_s));
     EXPECT_EQ(t.read(t.inProject(u"b.htm"_s)), "kept");
+}
+
+TEST_F(ProjectDirectoriesTest, whatWasMovedCanComeBackOrStay)
+{
+    FakeProgress progress;
+    t.write(t.inProject(u"a.htm"_s), "second");
+    t.write(t.inProject(u"b.htm"_s), "kept");
+    t.write(t.inProject(u"c.htm"_s), "third");
+    t.state.FileSystem.createFolder(old(u"b.htm/in the way"_s));
+    t.write(old(u"a.htm"_s), "first");
+    const auto move = [&](MovedDocuments &moved) {
+        EXPECT_EQ(t.directories.MoveOldDocuments(u"HTML"_s, moved, progress),
+                  ProjectDirectories::Moving::Done);
+        EXPECT_EQ(moved.count(), 2);
+        EXPECT_EQ(t.filesOf(t.state.ProjectDirectory), u"b.htm"_s);
+        EXPECT_EQ(t.read(old(u"a.htm"_s)), "second");
+    };
+    for (const bool asked : {true, false}) {
+        MovedDocuments moved(t.state.FileSystem, t.state.ProjectDirectory);
+        move(moved);
+        const QStringList hidden = QDir(old(QString())).entryList({u".*"_s}, QDir::Dirs | QDir::Hidden);
+        EXPECT_EQ(t.read(old(hidden.last() + u"/a.htm"_s)), "first") << "it is on the disk all the time";
+        if (asked) {
+            EXPECT_TRUE(moved.putBack(progress));
+        }
+    }
+    EXPECT_EQ(t.filesOf(t.state.ProjectDirectory), u"a.htm b.htm c.htm"_s);
+    EXPECT_EQ(t.filesOf(old(QString())), u"a.htm"_s);
+    EXPECT_EQ(t.read(old(u"a.htm"_s)), "first");
+
+    MovedDocuments moved(t.state.FileSystem, t.state.ProjectDirectory);
+    move(moved);
+    t.state.FileSystem.createFolder(old(u".shotly-replaced-999999999-0"_s)); // of a process that is gone
+    moved.keep(progress);
+    EXPECT_EQ(t.filesOf(old(QString())), u"a.htm c.htm"_s);
+    EXPECT_EQ(QDir(old(QString())).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{u"b.htm"_s});
+}
+
+TEST_F(ProjectDirectoriesTest, whatSomebodyElseHasPutThereIsNotOverwritten)
+{
+    FakeProgress progress;
+    t.write(t.inProject(u"a.htm"_s), "ours");
+    MovedDocuments moved(t.state.FileSystem, t.state.ProjectDirectory);
+    EXPECT_TRUE(moved.move(u"*.htm"_s, progress));
+    t.write(t.inProject(u"a.htm"_s), "theirs");
+    EXPECT_FALSE(moved.putBack(progress));
+    EXPECT_EQ(t.read(t.inProject(u"a.htm"_s)), "theirs");
+    EXPECT_EQ(t.read(old(u"a.htm"_s)), "ours");
 }
 
 TEST_F(ProjectDirectoriesTest, aMissingProjectDirectoryIsTold)

@@ -60,6 +60,22 @@ TEST_F(AtomicFileTest, writesAllPiecesInOrder)
     EXPECT_EQ(contents(longName), "x");
 }
 
+TEST_F(AtomicFileTest, whatIsWrittenBitByBitTakesTheNameAtTheEnd)
+{
+    for (const char *name : {"old", "new"}) {
+        const QByteArray before = contents(path(name));
+        AtomicFile::Replacement file(path(name));
+        file.expect(6);
+        file.append("abc");
+        file.append("def");
+        EXPECT_EQ(contents(path(name)), before);
+        file.takeTheName();
+        EXPECT_EQ(contents(path(name)), "abcdef");
+    }
+    AtomicFile::Replacement(path("given up")).append("abc");
+    EXPECT_EQ(everything(), QStringLiteral("new old"));
+}
+
 TEST_F(AtomicFileTest, fullDiskLeavesTheOldFileAndNothingElse)
 {
     const QByteArray large(300'000, 'b');

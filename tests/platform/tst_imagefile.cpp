@@ -1,4 +1,5 @@
 #include "platform/BitmapRows.h"
+#include "platform/ByteHash.h"
 #include "platform/ImageFile.h"
 #include "platform/RunTimeError.h"
 
@@ -7,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <numeric>
+#include <sys/resource.h>
 #include <vector>
 
 namespace
@@ -23,17 +26,35 @@ struct ImageFileTest : testing::Test {
         file.seek(0);
         return file.readAll();
     }
-    int errorOfLoading(const char *name) const
+    QByteArray saved(const QImage &picture)
+    {
+        QFile::remove(path("saved.bmp"));
+        ImageFile::save(picture, path("saved.bmp"));
+        return bytesOf("saved.bmp");
+    }
+    template <typename Action>
+    int errorOf(const char *name, Action action) const
     {
         try {
-            ImageFile::load(path(name));
+            action(path(name));
         } catch (const RunTimeError &error) {
             EXPECT_TRUE(error.description().contains(path(name)));
             return error.number();
         }
         return 0;
     }
+    int errorOfLoading(const char *name) const { return errorOf(name, ImageFile::load); }
 };
+
+/// Every pixel another one; large enough to be written in several pieces that end within rows.
+QImage many()
+{
+    QImage picture(701, 500, QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            picture.setPixel(x, y, 0xff000000U | static_cast<QRgb>(y * 701 + x) * 37U);
+    return picture;
+}
 
 QImage threeByTwo(QImage::Format format)
 {
@@ -72,15 +93,15 @@ TEST_F(ImageFileTest, BitmapBytesAreThoseOfTheFormat)
                                                     "090807"
                                                     "000000");
     QByteArray(expected.size(), '\xcc').clear(); // so that fresh memory is not zero by chance
-    EXPECT_EQ(ImageFile::toBitmap(threeByTwo(QImage::Format_ARGB32)).toHex(), expected.toHex());
-    EXPECT_EQ(ImageFile::toBitmap(threeByTwo(QImage::Format_RGB888)).toHex(), expected.toHex());
-    const QByteArray none = ImageFile::toBitmap({});
+    EXPECT_EQ(saved(threeByTwo(QImage::Format_ARGB32)).toHex(), expected.toHex());
+    EXPECT_EQ(saved(threeByTwo(QImage::Format_RGB888)).toHex(), expected.toHex());
+    const QByteArray none = saved({});
     EXPECT_EQ(none.size(), 54);
     EXPECT_EQ(none.mid(2, 4).toHex(), "36000000");
     EXPECT_EQ(none.mid(18, 8).toHex(), "0000000000000000");
 }
 
-TEST(BitmapRowsTest, PacksEveryLengthAndNothingBeyond)
+TEST(BitmapRowsTest, PacksAndUnpacksEveryLengthAndNothingBeyond)
 {
     for (std::size_t count : {0U, 1U, 15U, 16U, 17U, 37U, 64U}) {
         std::vector<std::uint32_t> pixels;
@@ -93,7 +114,123 @@ TEST(BitmapRowsTest, PacksEveryLengthAndNothingBeyond)
         std::iota(expected.begin(), expected.end(), std::uint8_t{0});
         expected.resize(3 * count + 16, 0xcc);
         EXPECT_EQ(packed, expected) << count;
+
+        packed.resize(3 * count); // so that a sanitizer sees whoever reads further
+        std::vector<std::uint32_t> unpacked(count + 4, 0xcccccccc);
+        unpackPixels(packed.data(), unpacked.data(), count);
+        for (std::uint32_t &pixel : pixels)
+            pixel |= 0xff000000;
+        pixels.resize(count + 4, 0xcccccccc);
+        EXPECT_EQ(unpacked, pixels) << count;
     }
+}
+
+TEST_F(ImageFileTest, LargeBitmapsAreCutIntoPiecesAndPutTogetherAgain)
+{
+    const QImage picture = many();
+    const std::uint64_t hash = ImageFile::save(picture, path("many.bmp"));
+    EXPECT_EQ(QImage(path("many.bmp")).convertToFormat(QImage::Format_RGB32), picture);
+    EXPECT_EQ(ImageFile::load(path("many.bmp")), picture);
+    ByteHash whole;
+    whole.add(bytesOf("many.bmp"));
+    EXPECT_EQ(hash, whole.value());
+}
+
+TEST_F(ImageFileTest, HeadersThatDifferOrLieAreUnderstoodOrRefused)
+{
+    const QImage picture = threeByTwo(QImage::Format_RGB32);
+    const QByteArray plain = saved(picture);
+    QByteArray gap = plain; // four bytes between the headers and the rows
+    gap.insert(54, "gap!").replace(10, 1, QByteArray::fromHex("3a"));
+    bytesOf("gap.bmp", gap);
+    EXPECT_EQ(ImageFile::load(path("gap.bmp")), picture);
+    QByteArray topDown = plain;
+    topDown.replace(22, 4, QByteArray::fromHex("feffffff"));
+    bytesOf("topdown.bmp", topDown);
+    EXPECT_EQ(ImageFile::load(path("topdown.bmp")), picture.mirrored());
+    bytesOf("cut.bmp", plain.chopped(12)); // the lower row is there
+    EXPECT_EQ(ImageFile::load(path("cut.bmp")).copy(0, 1, 3, 1), picture.copy(0, 1, 3, 1));
+
+    const struct {
+        const char *name;
+        int at;
+        const char *value;
+    } lies[] = {{"width.bmp", 18, "ffffff7f"},
+                {"negative.bmp", 18, "fdffffff"},
+                {"height.bmp", 22, "ffffff7f"},
+                {"smallest.bmp", 22, "00000080"},
+                {"both.bmp", 18, "ffffff7fffffff7f"}};
+    for (const auto &lie : lies) {
+        const QByteArray value = QByteArray::fromHex(lie.value);
+        bytesOf(lie.name, QByteArray(plain).replace(lie.at, value.size(), value));
+        EXPECT_EQ(errorOfLoading(lie.name), RunTimeError::InvalidPicture) << lie.name;
+    }
+}
+
+TEST_F(ImageFileTest, EditingChangesTheRowsThatArePainted)
+{
+    const auto paint = [](QImage &part, int firstRow) {
+        for (int y = 0; y < 500; ++y) // a slanting line over the whole picture
+            part.setPixel(QPoint(y, qBound(0, y - firstRow, part.height() - 1)), 0xff00ff00);
+    };
+    const struct {
+        ImageFile::RowRange asked;
+        ImageFile::RowRange got;
+    } ranges[] = {{{200, 290}, {200, 290}}, {{-20, 40}, {0, 40}},     {{460, 600}, {460, 499}},
+                  {{-9, 9999}, {0, 499}},   {{499, 499}, {499, 499}}, {{0, 0}, {0, 0}}};
+    for (const char *name : {"a.bmp", "a.png"}) {
+        for (const auto &[asked, got] : ranges) {
+            QImage expected = many();
+            const bool whole = name[2] == 'p';
+            const int first = whole ? 0 : got.first;
+            const int last = whole ? 499 : got.last;
+            for (int y = 0; y < 500; ++y)
+                expected.setPixel(y, qBound(first, y, last), 0xff00ff00);
+            const std::uint64_t hash = ImageFile::save(many(), path(name));
+            EXPECT_TRUE(ImageFile::edit(path(name), hash, asked, paint));
+            EXPECT_EQ(ImageFile::load(path(name)), expected) << name << asked.first;
+            EXPECT_FALSE(ImageFile::edit(path(name), hash, asked, paint));
+            EXPECT_EQ(ImageFile::load(path(name)), expected) << name << asked.first;
+        }
+        const std::uint64_t hash = ImageFile::save(many(), path(name));
+        EXPECT_TRUE(ImageFile::edit(path(name), hash, {500, 600}, [](QImage &, int) {}));
+        EXPECT_EQ(ImageFile::load(path(name)), many());
+    }
+    // Rows of another program, the highest first.
+    QByteArray topDown = saved(many());
+    topDown.replace(22, 4, QByteArray::fromHex("0cfeffff"));
+    bytesOf("topdown.bmp", topDown);
+    ByteHash hash;
+    hash.add(topDown);
+    EXPECT_TRUE(ImageFile::edit(path("topdown.bmp"), hash.value(), {10, 10}, [](QImage &part, int firstRow) {
+        part.setPixel(7, 10 - firstRow, 0xff00ff00);
+    }));
+    QImage expected = many().mirrored();
+    expected.setPixel(7, 10, 0xff00ff00);
+    EXPECT_EQ(ImageFile::load(path("topdown.bmp")), expected);
+}
+
+TEST_F(ImageFileTest, OnlyWhatMustBeWrittenCanFailToBe)
+{
+    const std::uint64_t hash = ImageFile::save(many(), path("a.bmp"));
+    const auto edit = [](std::uint64_t expected) {
+        return [expected](const QString &file) {
+            EXPECT_FALSE(
+                ImageFile::edit(file, expected, {0, 9}, [](QImage &part, int) { part.fill(Qt::red); }));
+        };
+    };
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old = {};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small{300'000, old.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_EQ(errorOf("a.bmp", edit(hash)), RunTimeError::DiskFull);
+    EXPECT_EQ(errorOf("a.bmp", edit(hash + 1)), 0);
+    EXPECT_EQ(errorOf("new.bmp", [](const QString &file) { ImageFile::save(many(), file); }),
+              RunTimeError::DiskFull);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(ImageFile::load(path("a.bmp")), many());
+    EXPECT_FALSE(QFile::exists(path("new.bmp")));
 }
 
 TEST_F(ImageFileTest, NameTellsTheFormatAndBitmapIsTheRest)

@@ -11,6 +11,7 @@ public:
     QStringList calls; ///< "viewer", "contents", "help multi.htm", "minimise", ... in order
     bool busy = false;
     int busyChanges = 0;
+    QString status; ///< the text of the status line
 
     QString projectText() const override { return text; }
     QStringList projectNames() const override { return names; }
@@ -34,4 +35,5 @@ public:
     void restoreNormal() override { calls.append(QStringLiteral("restore")); }
     void closeWebSearchTab() override { calls.append(QStringLiteral("closeWebSearch")); }
     void refreshPageViews() override { calls.append(QStringLiteral("refresh")); }
+    void showStatus(const QString &line) override { status = line; }
 };

@@ -8,6 +8,7 @@
 #include "platform/sqlite/StatementTranslator.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <utility>
@@ -73,6 +74,21 @@ public:
     void execute(const QString &statement) override
     {
         m_file->run(StatementTranslator::translate(statement));
+    }
+
+    bool executeTogether(const QStringList &statements, const std::stop_token &stop) override
+    {
+        if (statements.isEmpty())
+            return !stop.stop_requested();
+        m_file->beginTransaction();
+        const auto takenBack = qScopeGuard([this] { m_file->rollBackTransaction(); });
+        for (const QString &statement : statements) {
+            if (stop.stop_requested())
+                return false;
+            execute(statement);
+        }
+        m_file->commitTransaction();
+        return true;
     }
 
 private:

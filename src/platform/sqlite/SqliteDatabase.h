@@ -8,7 +8,8 @@
 
 class SqliteFile;
 
-/// The page database's platform over SQLite. Connections, recordsets and batches may outlive it. One thread.
+/// The page database's platform over SQLite. Connections, recordsets and batches may outlive it. One thread
+/// opens and begins.
 class SqliteDatabase : public Database
 {
 public:
