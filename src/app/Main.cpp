@@ -4,6 +4,7 @@
 #include "pagestore/frmBaseDir.h"
 #include "platform/ApplicationFolder.h"
 #include "platform/qt/WidgetPrompter.h"
+#include "platform/qt/WidgetSpelling.h"
 #include "platform/RealPlatform.h"
 
 #include <QApplication>
@@ -31,6 +32,8 @@ int main(int argc, char **argv)
     StartUp::initialState(state);
 
     Platform platform = makeRealPlatform();
+    FailureBox failures(prompter);
+    platform.spelling = std::make_unique<WidgetSpelling>(failures);
     UserSettings settings;
     frmMain mainWindow(state, platform, prompter, settings);
     mainWindow.show();

@@ -528,6 +528,8 @@ void frmPageData1::cmdSpellCheck_Click()
         if (text.isEmpty())
             continue;
         const QString corrected = SpellChecker(text);
+        if (m_services.spelling.cancelled())
+            return; // the boxes before this one stay corrected
         if (corrected != text)
             box(index).enter(corrected);
     }

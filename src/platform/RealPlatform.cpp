@@ -82,6 +82,7 @@ class AbsentSpelling : public Spelling
 public:
     bool installed() const override { return false; }
     QString correct(const QString &text) override { return text; }
+    bool cancelled() const override { return false; }
 };
 
 bool isWaylandSession()
