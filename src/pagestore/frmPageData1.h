@@ -1,7 +1,7 @@
 #pragma once
 
-#include "pagestore/BoundBox.h"
 #include "pagestore/clsPageData1.h"
+#include "pagestore/frmPageData1Box.h"
 #include "pagestore/PageDatabase.h"
 #include "platform/Clock.h"
 #include "platform/ExternalPrograms.h"

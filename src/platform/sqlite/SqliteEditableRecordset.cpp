@@ -5,6 +5,8 @@
 #include "platform/sqlite/DatabaseErrors.h"
 #include "platform/sqlite/SqliteFile.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <limits>
 #include <sqlite3.h>
@@ -46,7 +48,7 @@ QVariant cell(sqlite3_stmt *statement, int column, bool isDate)
     }
     const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
     const QString value = QString::fromUtf8(text, sqlite3_column_bytes(statement, column));
-    // A text that is no date, written by another program, is shown rather than lost.
+    // Another program's text that is no date is shown rather than lost.
     const QDate date = isDate ? QDate::fromString(value, Qt::ISODate) : QDate();
     return date.isValid() ? QVariant(date) : QVariant(value);
 }
@@ -125,15 +127,19 @@ const SqliteEditableRecordset::Row &SqliteEditableRecordset::row(std::int64_t ke
 
 SqliteEditableRecordset::Row SqliteEditableRecordset::readRow(std::int64_t key) const
 {
-    QStringList columns;
-    for (const QString &name : m_names)
-        columns += quotedName(name);
-    const SqliteStatement statement =
-        m_file->prepare(u"select %1 from %2 where ID = %3"_s.arg(columns.join(u','), m_table).arg(key));
+    if (!m_rowByKey) {
+        QStringList columns;
+        for (const QString &name : m_names)
+            columns += quotedName(name);
+        m_rowByKey =
+            m_file->prepareWith(u"select %1 from %2 where ID = ?"_s.arg(columns.join(u','), m_table), 1);
+    }
+    const auto reset = qScopeGuard([this] { sqlite3_reset(m_rowByKey.get()); }); // or it would keep its lock
+    sqlite3_bind_int64(m_rowByKey.get(), 1, key);
     Row values(static_cast<std::size_t>(m_names.size()));
-    if (m_file->step(statement.get())) {
+    if (m_file->step(m_rowByKey.get())) {
         for (std::size_t column = 0; column < values.size(); ++column)
-            values[column] = cell(statement.get(), static_cast<int>(column), m_types[column] == Type::Date);
+            values[column] = cell(m_rowByKey.get(), static_cast<int>(column), m_types[column] == Type::Date);
     }
     return values;
 }
@@ -197,9 +203,7 @@ void SqliteEditableRecordset::notifyMoved() const
 
 void SqliteEditableRecordset::moveFirst()
 {
-    if (recordCount() == 0)
-        failNoRow();
-    moveToIndex(0);
+    moveTo(1);
 }
 
 void SqliteEditableRecordset::moveLast()

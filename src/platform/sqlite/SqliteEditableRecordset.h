@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/EditableRecordset.h"
+#include "platform/sqlite/SqliteFile.h"
 
 #include <QCache>
 #include <QHash>
@@ -8,9 +9,6 @@
 
 #include <memory>
 #include <vector>
-
-class SqliteFile;
-struct sqlite3_stmt;
 
 /// Keeps the IDs of its rows and reads the values of single rows by them.
 ///
@@ -88,7 +86,8 @@ private:
     bool m_onDeleted = false; ///< on the place before m_index, whose row has gone
     EditMode m_mode = EditMode::None;
     int m_indexBeforeAdd = 0;
-    QHash<int, QVariant> m_pending; ///< by column
+    QHash<int, QVariant> m_pending;     ///< by column
+    mutable SqliteStatement m_rowByKey; ///< prepared when the first row is read
     mutable QCache<std::int64_t, Row> m_rows;
     std::function<void()> m_moved;
 };

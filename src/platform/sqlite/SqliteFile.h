@@ -33,6 +33,9 @@ public:
     /// Exactly one statement, without parameters.
     SqliteStatement prepare(const QString &statement);
 
+    /// One statement with up to so many parameters, to be bound by the caller.
+    SqliteStatement prepareWith(const QString &statement, int parameters);
+
     /// Goes to the next row; false when there is none.
     bool step(sqlite3_stmt *statement);
 
@@ -53,7 +56,6 @@ public:
     void rollBackTransaction() noexcept;
 
 private:
-    SqliteStatement prepareWith(const QString &statement, int parameters);
     void refuseAfterRollBack() const;
     [[noreturn]] void fail();
     QString reasonOf(int code, const QString &message);

@@ -28,14 +28,14 @@ namespace
 SqliteRecordset::SqliteRecordset(std::shared_ptr<SqliteFile> file, const QString &statement, Reading reading)
     : m_file(std::move(file)), m_statement(statement)
 {
-    const SqliteStatement prepared = m_file->prepare(m_statement);
-    describeColumns(prepared.get());
     if (reading == Reading::Now)
-        m_rows = readRows(prepared.get());
+        rows();
 }
 
-void SqliteRecordset::describeColumns(sqlite3_stmt *statement)
+void SqliteRecordset::describeColumns(sqlite3_stmt *statement) const
 {
+    m_names.clear();
+    m_isDate.clear();
     const int columns = sqlite3_column_count(statement);
     for (int column = 0; column < columns; ++column) {
         m_names.append(QString::fromUtf8(sqlite3_column_name(statement, column)));
@@ -78,8 +78,11 @@ SqliteRecordset::Cell SqliteRecordset::readCell(sqlite3_stmt *statement, int col
 
 const SqliteRecordset::Rows &SqliteRecordset::rows() const
 {
-    if (!m_rows)
-        m_rows = readRows(m_file->prepare(m_statement).get());
+    if (!m_rows) {
+        const SqliteStatement prepared = m_file->prepare(m_statement);
+        describeColumns(prepared.get());
+        m_rows = readRows(prepared.get());
+    }
     return *m_rows;
 }
 
@@ -114,6 +117,7 @@ int SqliteRecordset::recordCount() const
 
 QVariant SqliteRecordset::field(const QString &name) const
 {
+    rows();
     const auto found = std::find_if(m_names.begin(), m_names.end(), [&name](const QString &known) {
         return known.compare(name, Qt::CaseInsensitive) == 0;
     });
@@ -124,6 +128,7 @@ QVariant SqliteRecordset::field(const QString &name) const
 
 QVariant SqliteRecordset::field(int index) const
 {
+    rows();
     if (index < 0 || index >= m_names.size())
         failNoField(QString::number(index));
     if (atEnd())

@@ -22,7 +22,7 @@ class SqliteRecordset : public Recordset
 public:
     enum class Reading {
         Now,
-        WhenAsked ///< at the first question about rows; the statement is checked now
+        WhenAsked ///< at the first question about rows or columns, and checked only then
     };
 
     /// `statement` is in SQLite's own language.
@@ -51,7 +51,7 @@ private:
         std::string texts;       ///< of all cells, UTF-8
     };
 
-    void describeColumns(sqlite3_stmt *statement);
+    void describeColumns(sqlite3_stmt *statement) const;
     const Rows &rows() const;
     Rows readRows(sqlite3_stmt *statement) const;
     static Cell readCell(sqlite3_stmt *statement, int column, std::string &texts);
@@ -59,8 +59,8 @@ private:
 
     std::shared_ptr<SqliteFile> m_file;
     QString m_statement;
-    QStringList m_names;
-    std::vector<bool> m_isDate;
+    mutable QStringList m_names;
+    mutable std::vector<bool> m_isDate;
     mutable std::optional<Rows> m_rows;
     int m_row = 0;
 };

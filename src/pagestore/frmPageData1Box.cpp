@@ -1,4 +1,4 @@
-#include "pagestore/BoundBox.h"
+#include "pagestore/frmPageData1Box.h"
 
 #include <QApplication>
 #include <QKeyEvent>
