@@ -49,8 +49,8 @@ std::span<const Command> commands()
         ROW("mnuView", mnuAllPage, "Edit All Pages(include pages whose image was deleted)", "all-pages.svg", "", 0, always, false),
 
         LATER("mnuAdmin", mnuOption, "&Options", "options.svg", 0, false),
-        LATER("mnuAdmin", mnuDeleteProject, "&Delete Project(s)", "delete.svg", 0, true),
-        LATER("mnuAdmin", mnuBackupDatabase, "&Backup a Database", "backup.svg", 0, false),
+        ROW("mnuAdmin", mnuDeleteProject, "&Delete Project(s)", "delete.svg", "", 0, always, true),
+        ROW("mnuAdmin", mnuBackupDatabase, "&Backup a Database", "backup.svg", "", 0, always, false),
 
         LATER("mnuSingleShot", mnuRegion, "&Region Snapshot", "region.svg", mHotKey::RegionShot, false),
         ROW("mnuSingleShot", mnuActiveWindow, "&Active Window Snapshot", "active-window.svg", "", mHotKey::ActiveWindowShot, whenNoShotArmed, false),

@@ -9,6 +9,8 @@
 #include "app/WidgetProgress.h"
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
+#include "pagestore/frmBackupDatabase.h"
+#include "pagestore/frmDelProj.h"
 #include "pagestore/Statements.h"
 #include "platform/qt/TrayIcon.h"
 
@@ -295,6 +297,21 @@ void frmMain::mnuOddProject_Click()
 void frmMain::mnuViewScreenShot_Click()
 {
     m_cores->projects.openImages();
+}
+
+// ---- administration
+// ----------------------------------------------------------------------------------------
+
+void frmMain::mnuDeleteProject_Click()
+{
+    frmDelProj({m_state, m_cores->database, m_cores->directories, m_prompter, *m_platform.clock}, this)
+        .exec();
+    fillProjectBox();
+}
+
+void frmMain::mnuBackupDatabase_Click()
+{
+    frmBackupDatabase({m_state, *m_platform.database, m_prompter}, this).exec();
 }
 
 // ---- documents, help

@@ -42,6 +42,8 @@ public:
     void mnuCreateHTML_Click();
     void mnuFileExit_Click();
     void mnuIndexPage_Click();
+    void mnuDeleteProject_Click();
+    void mnuBackupDatabase_Click();
     void mnuActiveWindow_Click();
     void mnuDesktop_Click();
     void mnuHelpContents_Click();
@@ -66,6 +68,7 @@ public:
     QStringList projectNames() const override;
     void setProjectText(const QString &name) override;
     void addProjectName(const QString &name) override;
+    void removeProjectName(const QString &name) override;
     void openViewer() override;
     void openContentsPage() override;
     void openPageEditor(const QString &caption) override;

@@ -60,6 +60,13 @@ void frmMain::addProjectName(const QString &name)
     cmbProj->addItem(name);
 }
 
+void frmMain::removeProjectName(const QString &name)
+{
+    QStringList names = cmbProj->names();
+    names.removeOne(name);
+    cmbProj->setNames(names);
+}
+
 /// Without a viewer of our own the desktop's program shows the picture.
 void frmMain::openViewer()
 {

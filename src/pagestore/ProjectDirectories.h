@@ -37,9 +37,12 @@ public:
     /// Where a project directory's previous documents go.
     static QString oldDocumentFolder(const QString &directory);
 
+    /// The directory that the project's rows hold, or the base directory and its name where they hold none.
+    /// Empty, with a message, when the project has no rows.
+    QString storedDirectory(const QString &project);
+
 private:
     bool directoryIsThere();
-    QString storedDirectory(const QString &project);
     void setAside(const QString &directory, const QString &pattern, bool removing);
 
     Module1 &m_state;

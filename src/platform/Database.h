@@ -98,4 +98,9 @@ public:
 
     /// Batches do not nest: a second one on the same file throws.
     virtual std::unique_ptr<DatabaseBatch> beginBatch(const QString &connectionString) = 0;
+
+    /// Copies a database file as it is at one moment, whatever is written to it meanwhile; a file of another
+    /// kind byte by byte. The copy is complete and on the disk when this returns. On a failure there is none;
+    /// a target that exists is one, and stays as it is.
+    virtual void backUp(const QString &source, const QString &target) = 0;
 };

@@ -1,6 +1,7 @@
 #include "platform/FileSystem.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/linux/ExclusiveRename.h"
 #include "platform/linux/SystemError.h"
 
 #include <QFile>
@@ -115,6 +116,14 @@ void FileSystem::moveFile(const QString &source, const QString &target) const
                             QStringLiteral("Cannot move the file \"%1\" to \"%2\"").arg(source, target));
     AtomicFile::copy(source, target);
     deleteFile(source);
+}
+
+void FileSystem::renameFolder(const QString &from, const QString &to) const
+{
+    const int code =
+        folderExists(from) ? renameUnlessTaken(QFile::encodeName(from), QFile::encodeName(to)) : ENOENT;
+    if (code != 0)
+        throw systemError(code, QStringLiteral("Cannot rename the folder \"%1\" to \"%2\"").arg(from, to));
 }
 
 void FileSystem::deleteFile(const QString &path) const

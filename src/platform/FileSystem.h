@@ -27,6 +27,8 @@ public:
     void copyFile(const QString &source, const QString &target) const;
     /// Overwrites likewise; across file systems it is a copy and a deletion.
     void moveFile(const QString &source, const QString &target) const;
+    /// Within one file system; nothing is ever copied. A new name that is taken is a failure.
+    void renameFolder(const QString &from, const QString &to) const;
     /// A file that is not there is a failure.
     void deleteFile(const QString &path) const;
 

@@ -15,6 +15,8 @@ public:
     virtual QStringList projectNames() const = 0;
     virtual void setProjectText(const QString &name) = 0;
     virtual void addProjectName(const QString &name) = 0;
+    /// The first entry of that name; the project box keeps its text.
+    virtual void removeProjectName(const QString &name) = 0;
 
     /// Shows Module1::CurrentImagePath in the snapshot viewer, as a tab "Screen Shots".
     virtual void openViewer() = 0;

@@ -17,6 +17,7 @@ public:
     QStringList projectNames() const override { return names; }
     void setProjectText(const QString &name) override { text = name; }
     void addProjectName(const QString &name) override { names.append(name); }
+    void removeProjectName(const QString &name) override { names.removeOne(name); }
     void openViewer() override { calls.append(QStringLiteral("viewer")); }
     void openContentsPage() override { calls.append(QStringLiteral("contents")); }
     void openPageEditor(const QString &caption) override

@@ -54,7 +54,8 @@ QMessageBox::Icon boxIcon(Icon icon)
 /// Questions whose Yes throws something away: Return alone must not choose it.
 bool defaultIsNo(Question which)
 {
-    return which == Question::OverwriteContentsPage || which == Question::OverwriteHtmlFile;
+    return which == Question::OverwriteContentsPage || which == Question::OverwriteHtmlFile ||
+           which == Question::DeleteProject || which == Question::DeleteAllProjects;
 }
 
 void prepare(QMessageBox &box, const PromptText &prompt)

@@ -22,6 +22,8 @@ public:
     std::unique_ptr<RowSearch> search(const QString &connectionString, const QString &statement,
                                       RowSearch::Handlers handlers) override;
 
+    void backUp(const QString &source, const QString &target) override;
+
     /// The files that a batch is running on, by their path without links.
     using Batches = std::map<QString, std::shared_ptr<SqliteFile>>;
 
