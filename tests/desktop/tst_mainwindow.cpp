@@ -1,26 +1,19 @@
-// The main window on a real display: real clicks and keys, real window manager, real database.
+// Recording on a real display, in the main window.
 
-#include "app/Appearance.h"
-#include "app/frmMain.h"
+#include "DesktopFixture.h"
+
 #include "platform/ImageFile.h"
-#include "support/FakePrograms.h"
-#include "support/ScriptedPrompter.h"
-#include "support/TestState.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QComboBox>
 #include <QLineEdit>
-#include <QProcess>
 #include <QSystemTrayIcon>
-#include <QTest>
 #include <QToolButton>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-constexpr int patience = 10'000; // milliseconds
+constexpr int patience = desktopPatience;
 constexpr QRgb pink = qRgb(0xff, 0xd6, 0xe7);
 
 /// A plain window of another program, as far as the hook is concerned; blue, low on the screen.
@@ -39,73 +32,9 @@ public:
     QPoint at(int x, int y) { return mapToGlobal(QPoint(x, y)); }
 };
 
-class DesktopTest : public ::testing::Test, protected TestState
+class RecordingTest : public DesktopTest
 {
 protected:
-    ScriptedPrompter user;
-    UserSettings settings{folder.filePath(u"settings.ini"_s)};
-    Platform platform = makeRealPlatform();
-    FakePrograms *programs = nullptr;
-    std::unique_ptr<frmMain> window;
-
-    DesktopTest()
-    {
-        auto opener = std::make_unique<FakePrograms>();
-        programs = opener.get();
-        platform.programs = std::move(opener);
-        state.AppOptions.ShowLessMessage = 1;
-        state.AppOptions.HotKeyNames.fill(u"none"_s);
-        state.AppOptions.HotKeyNames[4] = u"Ctrl-F6"_s;
-        Appearance::apply(*qApp);
-        window = std::make_unique<frmMain>(state, platform, user, settings);
-        window->show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, patience));
-        // The first thing to do is to type a name.
-        EXPECT_TRUE(QTest::qWaitFor([this] { return control(u"cmbProj"_s)->hasFocus(); }, patience));
-    }
-    ~DesktopTest() override
-    {
-        if (platform.inputHook->running())
-            platform.inputHook->stop();
-    }
-
-    /// Real input, while the program's event loop runs.
-    static void xdotool(const QStringList &words)
-    {
-        QProcess process;
-        process.start(u"xdotool"_s, words);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, patience));
-        EXPECT_EQ(process.exitCode(), 0) << words.join(u' ').toStdString();
-    }
-    static void click(QPoint position, int button = 1)
-    {
-        xdotool({u"mousemove"_s, QString::number(position.x()), QString::number(position.y()), u"sleep"_s,
-                 u"0.05"_s, u"mousedown"_s, QString::number(button), u"sleep"_s, u"0.05"_s, u"mouseup"_s,
-                 QString::number(button)});
-    }
-    static QPoint middleOf(const QWidget *widget) { return widget->mapToGlobal(widget->rect().center()); }
-    QWidget *control(const QString &name)
-    {
-        auto *found = window->findChild<QWidget *>(name);
-        EXPECT_TRUE(found) << name.toStdString();
-        return found;
-    }
-
-    void begin(const QString &project)
-    {
-        click(middleOf(control(u"cmbProj"_s)));
-        xdotool({u"key"_s, u"ctrl+a"_s});
-        xdotool({u"type"_s, u"--delay"_s, u"20"_s, project});
-        EXPECT_EQ(window->projectText(), project);
-        click(middleOf(control(u"StartCap"_s)));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return state.CaptureRunning; }, patience));
-        EXPECT_TRUE(window->isMinimized());
-    }
-    bool shots(int count)
-    {
-        return QTest::qWaitFor([&] { return state.ShotCounter == count + 1; }, patience);
-    }
     QImage shot(std::size_t number) const { return ImageFile::load(state.ShotTable.at(number)[ShotPath]); }
     QPoint pointer(std::size_t number) const
     {
@@ -125,7 +54,7 @@ bool contains(const QImage &picture, QRgb colour)
 }
 } // namespace
 
-TEST_F(DesktopTest, ARunFromTheProjectBoxToTheStopBar)
+TEST_F(RecordingTest, ARunFromTheProjectBoxToTheStopBar)
 {
     begin(u"real-1"_s);
     Canvas canvas;
@@ -163,7 +92,7 @@ TEST_F(DesktopTest, ARunFromTheProjectBoxToTheStopBar)
     EXPECT_TRUE(contains(shot(1), qRgb(0x20, 0x40, 0x80)));
 }
 
-TEST_F(DesktopTest, TheHotKeyStopsWithCapsLockOnAndAHeldKeyCountsOnce)
+TEST_F(RecordingTest, TheHotKeyStopsWithCapsLockOnAndAHeldKeyCountsOnce)
 {
     state.AppOptions.SnapShotByPressTab = 1;
     begin(u"real-2"_s);
@@ -180,7 +109,7 @@ TEST_F(DesktopTest, TheHotKeyStopsWithCapsLockOnAndAHeldKeyCountsOnce)
     EXPECT_EQ(state.ShotTable.size(), 3U);
 }
 
-TEST_F(DesktopTest, NoClickIsLostHoweverQuickTheHand)
+TEST_F(RecordingTest, NoClickIsLostHoweverQuickTheHand)
 {
     // Ten clicks a second, faster than snapshots are taken; SHOTLY_LOAD_CLICKS asks for more than a few.
     const int clicks = std::max(60, qEnvironmentVariableIntValue("SHOTLY_LOAD_CLICKS"));
@@ -210,7 +139,7 @@ TEST_F(DesktopTest, NoClickIsLostHoweverQuickTheHand)
     }
 }
 
-TEST_F(DesktopTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
+TEST_F(RecordingTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
 {
     const QString path = folder.filePath(u"one.bmp"_s);
     user.expectInput(Question::ShotDelay, u"1"_s);
@@ -223,7 +152,7 @@ TEST_F(DesktopTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
     EXPECT_FALSE(window->isMinimized());
 }
 
-TEST_F(DesktopTest, IntoTheTrayAndBack)
+TEST_F(RecordingTest, IntoTheTrayAndBack)
 {
     // Without a tray the window is only minimised.
     click(middleOf(control(u"cmdIntoTray"_s)));

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "app/Appearance.h"
+#include "app/frmMain.h"
+#include "support/FakePrograms.h"
+#include "support/ScriptedPrompter.h"
+#include "support/TestState.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QProcess>
+#include <QTest>
+
+constexpr int desktopPatience = 10'000; // milliseconds
+
+/// The main window on a real display: real clicks and keys, real window manager, real database.
+class DesktopTest : public ::testing::Test, protected TestState
+{
+protected:
+    ScriptedPrompter user;
+    UserSettings settings{folder.filePath(QStringLiteral("settings.ini"))};
+    Platform platform = makeRealPlatform();
+    FakePrograms *programs = nullptr;
+    std::unique_ptr<frmMain> window;
+
+    DesktopTest()
+    {
+        auto opener = std::make_unique<FakePrograms>();
+        programs = opener.get();
+        platform.programs = std::move(opener);
+        state.AppOptions.ShowLessMessage = 1;
+        state.AppOptions.HotKeyNames.fill(QStringLiteral("none"));
+        state.AppOptions.HotKeyNames[4] = QStringLiteral("Ctrl-F6");
+        Appearance::apply(*qApp);
+        window = std::make_unique<frmMain>(state, platform, user, settings);
+        window->show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, desktopPatience));
+        // The first thing to do is to type a name.
+        EXPECT_TRUE(QTest::qWaitFor([this] { return control(QStringLiteral("cmbProj"))->hasFocus(); }, desktopPatience));
+    }
+    ~DesktopTest() override
+    {
+        if (platform.inputHook->running())
+            platform.inputHook->stop();
+    }
+
+    /// Real input, while the program's event loop runs.
+    static void xdotool(const QStringList &words)
+    {
+        QProcess process;
+        process.start(QStringLiteral("xdotool"), words);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, desktopPatience));
+        EXPECT_EQ(process.exitCode(), 0) << words.join(u' ').toStdString();
+    }
+    static void click(QPoint position, int button = 1)
+    {
+        xdotool({QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()), QStringLiteral("sleep"),
+                 QStringLiteral("0.05"), QStringLiteral("mousedown"), QString::number(button), QStringLiteral("sleep"), QStringLiteral("0.05"), QStringLiteral("mouseup"),
+                 QString::number(button)});
+    }
+    static QPoint middleOf(const QWidget *widget) { return widget->mapToGlobal(widget->rect().center()); }
+    QWidget *control(const QString &name)
+    {
+        auto *found = window->findChild<QWidget *>(name);
+        EXPECT_TRUE(found) << name.toStdString();
+        return found;
+    }
+
+    void begin(const QString &project)
+    {
+        click(middleOf(control(QStringLiteral("cmbProj"))));
+        xdotool({QStringLiteral("key"), QStringLiteral("ctrl+a")});
+        xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("20"), project});
+        EXPECT_EQ(window->projectText(), project);
+        click(middleOf(control(QStringLiteral("StartCap"))));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return state.CaptureRunning; }, desktopPatience));
+        EXPECT_TRUE(window->isMinimized());
+    }
+    bool shots(int count)
+    {
+        return QTest::qWaitFor([&] { return state.ShotCounter == count + 1; }, desktopPatience);
+    }
+};
