@@ -235,6 +235,33 @@ def base_directory_gone(case):
     return "1 message; 4 snapshots, 4 pages"
 
 
+@fault("base directory read-only in mid-run, and writable again")
+def base_directory_read_only(case):
+    case.mount(case.base, "20m")
+    case.start()
+    case.begin(PROJECT)
+    case.click(2)
+    case.remount(case.base, "ro")
+    case.failing_click()
+    case.remount(case.base, "rw")
+    case.click(1)
+    case.stop()
+    case.check_pages(4)
+    return "1 message; 4 snapshots, 4 pages"
+
+
+@fault("project directory that is a file")
+def project_directory_is_a_file(case):
+    case.base.mkdir(exist_ok=True)
+    case.project_folder.write_text("the user's own")
+    case.start()
+    case.press_begin(PROJECT)
+    case.messages(1)
+    expect(case.project_folder.read_text() == "the user's own", "the file was touched")
+    case.project_folder.unlink()
+    return "1 message, no run; without the file: " + case.plain_run({"Shotly": "Return"})
+
+
 @fault("application folder read-only")
 def application_folder_read_only(case):
     case.mount(case.application_folder, "9m")

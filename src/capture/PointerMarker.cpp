@@ -8,7 +8,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,12 +17,6 @@ constexpr QRgb red = qRgb(0xff, 0, 0);
 
 /// More rows than a mark reaches above or below its position; a cursor of the system may reach further.
 constexpr int reach = 32;
-
-/// Where a snapshot is marked.
-struct Marks {
-    QPoint pointer;
-    std::optional<QPoint> rightClick;
-};
 
 // The arrow, relative to its tip.
 constexpr QPoint fillStrokes[][2] = {{{1, 2}, {1, 16}}, {{2, 3}, {2, 15}},  {{3, 4}, {3, 14}},
@@ -85,10 +78,9 @@ void drawPointer(QPainter &painter, QPoint tip, const MarkStyle &style, const QI
         painter.drawImage(tip, cursor);
 }
 
-ImageFile::RowRange rowsOf(const Marks &marks, const QImage &cursor)
+QPoint pointOf(const ShotEntry &entry, ShotField x, ShotField y)
 {
-    const auto [first, last] = std::minmax({marks.pointer.y(), marks.rightClick.value_or(marks.pointer).y()});
-    return {first - reach, last + std::max(reach, cursor.height())};
+    return {entry[x].toInt(), entry[y].toInt()};
 }
 } // namespace
 
@@ -115,27 +107,41 @@ QColor PointerMarker::insideColour(int option)
     }
 }
 
-void PointerMarker::DrawPointerMarker(std::size_t number, const MarkStyle &style, std::uint64_t hash)
+PointerMarks PointerMarker::marksOf(std::size_t number, const MarkStyle &style) const
 {
-    ShotEntry shot = m_state.ShotTable[number];
-    if (shot[ShotReduced] == "True"_L1) {
-        for (const ShotField field : {ShotPointerX, ShotPointerY, ShotRightClickX, ShotRightClickY})
-            shot[field] = QString::number(Rounding::toInt(shot[field].toInt() * 0.01 * style.bigPicSize));
+    PointerMarks marks{m_state.ShotTable[number], style,
+                       style.systemMouseShape ? m_screen.cursorShape().image : QImage()};
+    if (marks.entry[ShotReduced] == "True"_L1) {
+        for (const ShotField field : {ShotPointerX, ShotPointerY, ShotRightClickX, ShotRightClickY}) {
+            QString &position = marks.entry[field];
+            position = QString::number(Rounding::toInt(position.toInt() * 0.01 * style.bigPicSize));
+        }
     }
-    Marks marks{{shot[ShotPointerX].toInt(), shot[ShotPointerY].toInt()}, {}};
-    if (shot[ShotRightClick] == "True"_L1)
-        marks.rightClick = QPoint(shot[ShotRightClickX].toInt(), shot[ShotRightClickY].toInt());
-    const QImage cursor = style.systemMouseShape ? m_screen.cursorShape().image : QImage();
+    return marks;
+}
 
+bool PointerMarks::draw(std::uint64_t hash) const
+{
+    const QPoint pointer = pointOf(entry, ShotPointerX, ShotPointerY);
+    const bool rightClicked = entry[ShotRightClick] == "True"_L1;
+    const QPoint rightClick = rightClicked ? pointOf(entry, ShotRightClickX, ShotRightClickY) : pointer;
+    const auto [first, last] = std::minmax({pointer.y(), rightClick.y()});
     const auto paint = [&](QImage &part, int firstRow) {
         QPainter painter(&part);
         const QPoint origin(0, firstRow);
-        drawPointer(painter, marks.pointer - origin, style, cursor);
-        if (marks.rightClick) {
-            drawRightClick(painter, *marks.rightClick - origin, style);
-            drawPointer(painter, *marks.rightClick - origin, style, cursor);
+        drawPointer(painter, pointer - origin, style, cursor);
+        if (rightClicked) {
+            drawRightClick(painter, rightClick - origin, style);
+            drawPointer(painter, rightClick - origin, style, cursor);
         }
     };
-    if (ImageFile::edit(shot[ShotPath], hash, rowsOf(marks, cursor), paint))
-        m_state.ShotTable[number] = shot;
+    return ImageFile::edit(entry[ShotPath], hash, {first - reach, last + std::max(reach, cursor.height())},
+                           paint);
+}
+
+void PointerMarker::DrawPointerMarker(std::size_t number, const MarkStyle &style, std::uint64_t hash)
+{
+    const PointerMarks marks = marksOf(number, style);
+    if (marks.draw(hash))
+        m_state.ShotTable[number] = marks.entry;
 }

@@ -50,6 +50,32 @@ private:
     PageDatabase &m_database;
     QHash<QString, QSet<QString>> m_paths; ///< by project
 };
+struct MarkingResult {
+    std::vector<std::size_t> drawn; ///< places in the list
+    int failures = 0;
+    bool cancelled = false;
+};
+
+/// One snapshot that cannot be marked does not keep the others from it.
+MarkingResult drawMarks(const std::vector<PointerMarks> &marks, const std::vector<RunShot> &shots,
+                        WorkBesideEvents &work)
+{
+    MarkingResult result;
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        if (work.stop.stop_requested()) {
+            result.cancelled = true;
+            break;
+        }
+        try {
+            if (marks[i].draw(shots[i].hash))
+                result.drawn.push_back(i);
+        } catch (const RunTimeError &) {
+            ++result.failures;
+        }
+        ++work.done;
+    }
+    return result;
+}
 } // namespace
 
 RunRegistration::RunRegistration(const Services &services) : m_services(services) {}
@@ -120,20 +146,15 @@ int RunRegistration::MarkAllShots(const RunJournal &journal)
                           PointerMarker::borderColour(facts.borderColour), facts.systemMouseShape};
     ProgressScope progress(m_services.progress, u"Drawing the pointer"_s,
                            static_cast<int>(journal.shots().size()));
-    int failures = 0;
-    int done = 0;
-    for (const RunShot &shot : journal.shots()) {
-        try {
-            m_services.marker.DrawPointerMarker(static_cast<std::size_t>(shot.number), style, shot.hash);
-        } catch (const RunTimeError &) {
-            ++failures;
-        }
-        if (!progress.step(++done)) {
-            m_cancelled = true;
-            break;
-        }
-    }
-    return failures;
+    std::vector<PointerMarks> marks;
+    for (const RunShot &shot : journal.shots())
+        marks.push_back(m_services.marker.marksOf(static_cast<std::size_t>(shot.number), style));
+    const MarkingResult result = besideEvents(
+        progress, [&](WorkBesideEvents &work) { return drawMarks(marks, journal.shots(), work); });
+    for (const std::size_t i : result.drawn)
+        m_services.state.ShotTable[static_cast<std::size_t>(journal.shots()[i].number)] = marks[i].entry;
+    m_cancelled = result.cancelled;
+    return result.failures;
 }
 
 /// A page never outlives its picture. The disk may take its time: the program answers meanwhile.
@@ -155,27 +176,26 @@ void RunRegistration::syncFiles(const RunJournal &journal)
     });
 }
 
+/// All or none. The database may keep the program waiting: the window answers meanwhile.
 void RunRegistration::insertPages(const RunFacts &facts)
 {
     std::vector<ShotEntry> &shots = m_services.state.ShotTable;
-    ProgressScope progress(m_services.progress, u"Registering the pages"_s, static_cast<int>(shots.size()));
-    const std::unique_ptr<DatabaseBatch> batch = m_services.database.beginBatch();
+    ProgressScope progress(m_services.progress, u"Registering the pages"_s, 0);
     RegisteredPages registered(m_services.database);
+    QStringList statements;
     for (std::size_t i = 1; i < shots.size(); ++i) {
         ShotEntry &shot = shots[i];
         if (shot[ShotPath].isEmpty() || registered.contains(shot))
             continue;
         if (shot[ShotStatus].isEmpty())
             shot[ShotStatus] = u"OK"_s;
-        m_services.database.RunSql(
-            QString::fromUtf16(Statements::pageTable),
-            Statements::insertCapturedPage({shot[ShotProjectName], shot[ShotPath], shot[ShotStatus],
-                                            facts.pageNumberBase + static_cast<std::int32_t>(i), facts.date,
-                                            facts.pageDirectory}));
-        if (!progress.step(static_cast<int>(i)))
-            return; // without a commit nothing of it stays
+        statements += Statements::insertCapturedPage({shot[ShotProjectName], shot[ShotPath], shot[ShotStatus],
+                                                      facts.pageNumberBase + static_cast<std::int32_t>(i),
+                                                      facts.date, facts.pageDirectory});
     }
-    batch->commit();
+    const std::unique_ptr<Connection> connection = m_services.database.connect();
+    besideEvents(progress,
+                 [&](WorkBesideEvents &work) { return connection->executeTogether(statements, work.stop); });
 }
 
 bool RunRegistration::offer(RunJournal &journal)
