@@ -86,9 +86,14 @@ void frmMain::openContentsPage()
 
 void frmMain::openPageEditor(const QString &caption)
 {
-    addTab(new frmPageData1({m_state, m_cores->database, m_prompter, *this, *m_platform.programs,
-                             *m_platform.spelling, *m_platform.clock}),
-           caption);
+    try {
+        addTab(new frmPageData1({m_state, m_cores->database, m_prompter, *this, *m_platform.programs,
+                                 *m_platform.spelling, *m_platform.clock}),
+               caption);
+    } catch (const RunTimeError &) {
+        m_state.EditorAddPage = false; // an order for this editor, not for the next one
+        throw;
+    }
 }
 
 void frmMain::openPageList(const QString &caption)

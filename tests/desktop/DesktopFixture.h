@@ -37,7 +37,8 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
         EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, desktopPatience));
         // The first thing to do is to type a name.
-        EXPECT_TRUE(QTest::qWaitFor([this] { return control(QStringLiteral("cmbProj"))->hasFocus(); }, desktopPatience));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return control(QStringLiteral("cmbProj"))->hasFocus(); },
+                                    desktopPatience));
     }
     ~DesktopTest() override
     {
@@ -50,14 +51,16 @@ protected:
     {
         QProcess process;
         process.start(QStringLiteral("xdotool"), words);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, desktopPatience));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, desktopPatience));
         EXPECT_EQ(process.exitCode(), 0) << words.join(u' ').toStdString();
     }
     static void click(QPoint position, int button = 1)
     {
-        xdotool({QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()), QStringLiteral("sleep"),
-                 QStringLiteral("0.05"), QStringLiteral("mousedown"), QString::number(button), QStringLiteral("sleep"), QStringLiteral("0.05"), QStringLiteral("mouseup"),
-                 QString::number(button)});
+        xdotool({QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()),
+                 QStringLiteral("sleep"), QStringLiteral("0.05"), QStringLiteral("mousedown"),
+                 QString::number(button), QStringLiteral("sleep"), QStringLiteral("0.05"),
+                 QStringLiteral("mouseup"), QString::number(button)});
     }
     static QPoint middleOf(const QWidget *widget) { return widget->mapToGlobal(widget->rect().center()); }
     QWidget *control(const QString &name)

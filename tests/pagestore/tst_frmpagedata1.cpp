@@ -381,3 +381,17 @@ TEST_F(PageEditorTest, SpellingIsCheckedInTheYellowBoxesOfTheTab)
     EXPECT_EQ(stored(u"Chapter"_s, 1), u"the chapter"_s);
     EXPECT_EQ(state.SpellCheckText, u"the chapter"_s);
 }
+
+TEST_F(PageEditorTest, ADatabaseThatCannotBeReadOpensNoEditorAndLosesNothingThatIsTyped)
+{
+    openProject();
+    type(PageTitle, u"typed"_s);
+    const QByteArray bytes = read(state.DatabasePath);
+    write(state.DatabasePath, QByteArray("This is no database.\n").repeated(900));
+    prompter.expectTell(Question::PageRecordFailed);
+    press(u"cmdUpdate"_s);
+    EXPECT_THROW(frmPageData1({state, pages, prompter, workspace, programs, spelling, clock}), RunTimeError);
+    write(state.DatabasePath, bytes);
+    press(u"cmdUpdate"_s);
+    EXPECT_EQ(stored(u"PageTitle"_s, 1), u"typed"_s);
+}
