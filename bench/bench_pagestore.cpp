@@ -203,7 +203,7 @@ void registerRun(benchmark::State &state)
 {
     constexpr int pages = 1000;
     Shelf &test = shelf(static_cast<int>(state.range(0)));
-    std::vector<QString> statements;
+    QStringList statements;
     for (int i = 1; i <= pages; ++i)
         statements.push_back(
             Statements::insertCapturedPage({u"New"_s, u"/home/user/Shotly/New/sh%1.bmp"_s.arg(i), u"OK"_s, i,
@@ -215,12 +215,7 @@ void registerRun(benchmark::State &state)
     compare(state,
             [&] {
                 clean();
-                return timeOf([&] {
-                    const auto batch = test.pages.beginBatch();
-                    for (const QString &statement : statements)
-                        test.pages.RunSql(u"PageData"_s, statement);
-                    batch->commit();
-                });
+                return timeOf([&] { test.pages.connect()->executeTogether(statements, {}); });
             },
             {sqliteAlone, [&] {
                  clean();
