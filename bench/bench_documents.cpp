@@ -2,6 +2,9 @@
 // window does not answer meanwhile. Everything is real but the user and the main window: the database, the
 // files, the progress box.
 
+#include "Comparison.h"
+#include "Heartbeat.h"
+
 #include "app/WidgetProgress.h"
 #include "documents/DocumentGeneration.h"
 #include "pagestore/Statements.h"
@@ -11,44 +14,23 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <functional>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
 constexpr int pageCount = 10000;
-
-Milliseconds timeOf(const std::function<void()> &work)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::steady_clock::now() - begin;
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 /// Nobody is there to answer: a question or a message ends the benchmark.
 class NoUser : public Prompter
@@ -84,38 +66,6 @@ private:
         std::fprintf(stderr, "unexpected: %s\n", qPrintable(text));
         std::abort();
     }
-};
-
-/// The longest time between two beats of a timer of one millisecond.
-class Heartbeat
-{
-public:
-    Heartbeat()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { beat(); });
-        m_timer.setTimerType(Qt::PreciseTimer);
-        m_timer.start(1);
-        QCoreApplication::processEvents();
-        m_sinceBeat.start();
-    }
-
-    /// The last gap ends now.
-    double longestGap()
-    {
-        beat();
-        return m_longest;
-    }
-
-private:
-    void beat()
-    {
-        m_longest = std::max(m_longest, static_cast<double>(m_sinceBeat.nsecsElapsed()) / 1e6);
-        m_sinceBeat.start();
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_sinceBeat;
-    double m_longest = 0;
 };
 
 /// A project of 10,000 pages with long texts.

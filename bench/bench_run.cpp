@@ -4,6 +4,9 @@
 // Usage: bench_run [CLICKS [SNAPSHOTS]]   clicks of the run (default 300), snapshots of the stop (default
 // 1000)
 
+#include "Comparison.h"
+#include "Heartbeat.h"
+
 #include "app/Appearance.h"
 #include "app/frmMain.h"
 #include "capture/RunJournal.h"
@@ -31,7 +34,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 using Steady = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr auto clickInterval = std::chrono::microseconds(333'333);
 constexpr auto heldDown = std::chrono::milliseconds(60);
@@ -80,35 +82,6 @@ public:
 
 private:
     std::unique_ptr<Sound> m_real;
-};
-
-/// The longest time that the event loop did not come round.
-class Heartbeat
-{
-public:
-    Heartbeat()
-    {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { beat(); });
-        m_timer.start(1);
-        m_sinceLast.start();
-    }
-    double longestGap()
-    {
-        beat();
-        return m_longest;
-    }
-
-private:
-    void beat()
-    {
-        m_longest = std::max(m_longest, static_cast<double>(m_sinceLast.nsecsElapsed()) / 1e6);
-        m_sinceLast.restart();
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_sinceLast;
-    double m_longest = 0;
 };
 
 double residentMegabytes()

@@ -2,6 +2,8 @@
 // beside a bare window of the toolkit. Both are processes of their own; what is on the screen says when they
 // are there.
 
+#include "Comparison.h"
+
 #include "platform/linux/SystemClock.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "platform/x11/X11Screen.h"
@@ -14,8 +16,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <vector>
 
@@ -24,7 +24,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 using Steady = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int pageCount = 100000;
 constexpr int projectCount = 300;
@@ -34,13 +33,6 @@ constexpr QRgb bareWindowColour = 0xFF336699;
 constexpr std::chrono::seconds patience(20);
 
 const QString bareWindow = u"--bare-window"_s;
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 [[noreturn]] void fail(const char *what)
 {
