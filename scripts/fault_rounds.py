@@ -332,6 +332,9 @@ def replaced(case, data):
 
 
 with_database("cut in two", 2, 3, 1)(lambda case: replaced(case, case.database.read_bytes()[:6000]))
+with_database("overwritten in the middle", 1, 5, 2)(
+    lambda case: replaced(case, case.database.read_bytes()[:4096] + b"U" * 8192 + case.database.read_bytes()[12288:])
+)
 with_database("replaced by text", 2, 3, 1)(lambda case: replaced(case, b"This is no database.\n" * 900))
 
 
