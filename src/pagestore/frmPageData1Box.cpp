@@ -21,7 +21,8 @@ BoundBox::BoundBox(int index, QWidget *widget, QObject *parent)
 
 QString BoundBox::text() const
 {
-    return m_line ? m_line->text() : m_lines->toPlainText();
+    // Lines of a stored text end with CR LF, from which documents make their line breaks.
+    return m_line ? m_line->text() : m_lines->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
 }
 
 void BoundBox::show(const QString &text)

@@ -134,7 +134,7 @@ TEST_F(PageEditorTest, WhatIsTypedIsInTheDatabaseAfterSave)
     EXPECT_EQ(stored(u"PageTitle"_s, 1), u"one"_s);
     press(u"cmdUpdate"_s);
     EXPECT_EQ(stored(u"PageTitle"_s, 1), u"Say \"hello\" & 100%"_s);
-    EXPECT_EQ(stored(u"PageSummary"_s, 1), u"first line\nsecond"_s);
+    EXPECT_EQ(stored(u"PageSummary"_s, 1), u"first line\r\nsecond"_s);
     EXPECT_EQ(stored(u"KeyWord"_s, 1), u"greeting"_s);
     EXPECT_EQ(stored(u"PageStatus"_s, 1), u"OK"_s);
     EXPECT_TRUE(shown(u"cmdDelete"_s) && shown(u"cmdRefresh"_s));
