@@ -99,7 +99,7 @@ void frmPageData1::connectButtons()
     };
     for (const auto &[button, handler] : handlers)
         connect(button, &QAbstractButton::clicked, this,
-                guarded(m_failures, [this, handler] { (this->*handler)(); }));
+                guarded(m_failures, [this, handler = handler] { (this->*handler)(); }));
 
     const std::pair<QAbstractButton *, void (clsPageData1::*)()> moves[] = {
         {m_ui->cmdFirst, &clsPageData1::MoveFirst},
@@ -108,7 +108,8 @@ void frmPageData1::connectButtons()
         {m_ui->cmdLast, &clsPageData1::MoveLast},
     };
     for (const auto &[button, way] : moves)
-        connect(button, &QAbstractButton::clicked, this, guarded(m_failures, [this, way] { move(way); }));
+        connect(button, &QAbstractButton::clicked, this,
+                guarded(m_failures, [this, way = way] { move(way); }));
 
     QPushButton *const browse[] = {m_ui->cmdBrowse_0, m_ui->cmdBrowse_1, m_ui->cmdBrowse_2};
     for (int index = 0; index < 3; ++index)

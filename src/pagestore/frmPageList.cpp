@@ -171,7 +171,7 @@ void frmPageList::connectControls()
         {cmdClear, &frmPageList::cmdClear_Click}, {cmdRefresh, &frmPageList::cmdRefresh_Click}};
     for (const auto &[button, handler] : buttons)
         connect(button, &QAbstractButton::clicked, this,
-                guarded(m_failures, [this, handler] { (this->*handler)(); }));
+                guarded(m_failures, [this, handler = handler] { (this->*handler)(); }));
     const std::pair<QAbstractButton *, void (frmPageList::*)()> moves[] = {
         {cmdFirst, &frmPageList::first},
         {cmdPrevious, &frmPageList::previous},
@@ -179,7 +179,8 @@ void frmPageList::connectControls()
         {cmdLast, &frmPageList::last},
         {cmdDelete, &frmPageList::cmdDelete_Click}};
     for (const auto &[button, way] : moves)
-        connect(button, &QAbstractButton::clicked, this, guarded(m_failures, [this, way] { move(way); }));
+        connect(button, &QAbstractButton::clicked, this,
+                guarded(m_failures, [this, way = way] { move(way); }));
     connect(cmdMoveUp, &QPushButton::clicked, this, guarded(m_failures, [this] { movePage(-1); }));
     connect(cmdMoveDown, &QPushButton::clicked, this, guarded(m_failures, [this] { movePage(1); }));
     connect(cmdHelp, &QPushButton::clicked, this,

@@ -120,9 +120,7 @@ protected:
 TEST_F(PageEditorTest, WhatIsTypedIsInTheDatabaseAfterSave)
 {
     openProject();
-    EXPECT_EQ(text(PageTitle), u"one"_s);
-    EXPECT_EQ(text(Date), u"11/23/2026"_s);
-    EXPECT_EQ(text(ID), u"1"_s);
+    EXPECT_EQ(text(PageTitle) + text(Date) + text(ID), u"one11/23/20261"_s);
     EXPECT_EQ(status(), u"Edit record"_s);
     EXPECT_FALSE(shown(u"cmdAdd"_s) || shown(u"cmdDelete"_s) || shown(u"cmdRefresh"_s));
     type(PageTitle, u"Say \"hello\" & 100%"_s);
@@ -238,8 +236,12 @@ TEST_F(PageEditorTest, LeavingABoxChecksPathsAndLayout)
     prompter.expectFile(Question::ChoosePageFile, path);
     press(u"cmdBrowse_0"_s);
     EXPECT_EQ(prompter.asked.back().directory, state.ProjectDirectory);
+    control<QTabWidget>(u"TabStrip1"_s)->setCurrentIndex(1);
+    prompter.expectFile(Question::ChoosePageFile, path + u'2');
+    press(u"cmdBrowse_1"_s);
+    type(Layout, u"2"_s);
     press(u"cmdUpdate"_s);
-    EXPECT_EQ(stored(u"ScreenShotFilePath"_s, 1), path);
+    EXPECT_EQ(stored(u"ScreenShotFilePath] || [HTMLFilePath] || [Layout"_s, 1), path + path + u"22"_s);
 }
 
 TEST_F(PageEditorTest, ANewPageIsAddedOnceAndItsTabGoes)
@@ -359,6 +361,7 @@ TEST_F(PageEditorTest, SpellingIsCheckedInTheYellowBoxesOfTheTab)
     spelling.present = true;
     type(PageTitle, u"teh title"_s);
     type(PageSummary, u"teh body"_s);
+    type(Note2, u"teh note"_s);
     type(Chapter, u"teh chapter"_s);
     control<QTabWidget>(u"TabStrip1"_s)->setCurrentIndex(0);
     spelling.cancelAt = u"teh title"_s;
@@ -368,7 +371,7 @@ TEST_F(PageEditorTest, SpellingIsCheckedInTheYellowBoxesOfTheTab)
     spelling.checked.clear();
     prompter.expectTell(Question::SpellingCompleted);
     press(u"cmdSpellCheck"_s);
-    EXPECT_EQ(spelling.checked, (QStringList{u"teh title"_s, u"teh body"_s}));
+    EXPECT_EQ(spelling.checked, (QStringList{u"teh title"_s, u"teh body"_s, u"teh note"_s}));
     EXPECT_EQ(text(PageTitle), u"the title"_s);
     EXPECT_EQ(text(Chapter), u"teh chapter"_s);
     press(u"cmdUpdate"_s);

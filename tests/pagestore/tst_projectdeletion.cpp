@@ -87,6 +87,9 @@ TEST_F(ProjectDeletionTest, aFolderThatCannotBeRenamedKeepsItsNameAndFiles)
 {
     t.execute(u"update PageData set ProjectDirectory = null"_s); // copied images: below the base directory
     t.state.FileSystem.createFolder(base + u"/Demo_del_Mar21134302"_s); // empty ones could be replaced
+    t.execute(u"update PageData set ProjectDirectory = \"%1\" where ProjectName = \"Other\""_s.arg(base));
+    remove(u"Other"_s, Answer::Yes, Question::DeleteRenameFailed);
+    EXPECT_EQ(lastText(), renameFailed(base)) << "other projects are in it";
     t.state.FileSystem.createFolder(base + u"_del_Mar21134302"_s);
     remove(u"Demo"_s, Answer::Yes, Question::DeleteRenameFailed);
     EXPECT_EQ(lastText(), renameFailed(base + u"/Demo"_s));
@@ -95,7 +98,7 @@ TEST_F(ProjectDeletionTest, aFolderThatCannotBeRenamedKeepsItsNameAndFiles)
     t.state.AppOptions.BaseDirectory = t.folder.path();
     remove({}, Answer::Yes, Question::DeleteRenameFailed);
     EXPECT_EQ(lastText(), renameFailed(t.folder.path())) << "the program itself is in it";
-    EXPECT_EQ(all(), u"0|Other|Demo Demo_del_Mar21134302|Demo"_s);
+    EXPECT_EQ(all(), u"0||Demo Demo_del_Mar21134302|Demo"_s);
     EXPECT_EQ(t.filesOf(t.state.ProjectDirectory), u"a.bmp"_s);
 }
 
@@ -106,11 +109,14 @@ TEST_F(ProjectDeletionTest, whatIsBeingCapturedStays)
     deletion.deleteProject(u"dEMO"_s);
     t.prompter.expectTell(Question::ProjectIsCaptured);
     deletion.deleteAllProjects();
-    t.state.CaptureRunning = false;
-    t.prompter.expectAsk(Question::DeleteProject, Answer::Yes);
-    t.prompter.whileOpen([this] { t.state.CaptureRunning = true; }); // by a hot key
-    t.prompter.expectTell(Question::ProjectIsCaptured);
-    deletion.deleteProject(u"Demo"_s);
+    for (const Question question : {Question::DeleteProject, Question::DeleteAllProjects}) {
+        t.state.CaptureRunning = false;
+        t.prompter.expectAsk(question, Answer::Yes);
+        t.prompter.whileOpen([this] { t.state.CaptureRunning = true; }); // by a hot key
+        t.prompter.expectTell(Question::ProjectIsCaptured);
+        question == Question::DeleteProject ? deletion.deleteProject(u"Demo"_s)
+                                            : deletion.deleteAllProjects();
+    }
     EXPECT_EQ(all(), u"2|Demo Other|Demo|Demo"_s);
     remove(u"Other"_s, Answer::Yes);
 }

@@ -137,6 +137,11 @@ TEST_F(SqliteDatabaseTest, comparesAsTheDialectDoes)
     for (const QString &pattern : {u"größe"_s, u"_größe%"_s, u"%5__"_s, u"%ete%"_s, u""_s})
         EXPECT_FALSE(matches(u"PageTitle like \"%1\""_s.arg(pattern))) << qPrintable(pattern);
     EXPECT_TRUE(matches(u"(Note1 like \"%\") is null"_s));
+    // A text of ASCII characters alone is searched many at a time.
+    t.execute(u"update PageData set PageTitle = \"Open the FIRST [window] of a long list and press OK 5\""_s);
+    for (const QString &pattern : {u"%open%"_s, u"%First [%"_s, u"%first%ok%"_s, u"%ress ok 5%"_s})
+        EXPECT_TRUE(matches(u"PageTitle like \"%1\""_s.arg(pattern))) << qPrintable(pattern);
+    EXPECT_FALSE(matches(u"PageTitle like \"%first {%\""_s));
     EXPECT_TRUE(matches(u"ProjectName=\"DEMO\""_s));
     EXPECT_FALSE(matches(u"ScreenShotFilePath=\"/a/b.bmp\""_s));
 }

@@ -192,13 +192,7 @@ void SqliteEditableRecordset::moveToIndex(int index)
     update();
     m_onDeleted = false;
     m_index = std::clamp(index, -1, count());
-    notifyMoved();
-}
-
-void SqliteEditableRecordset::notifyMoved() const
-{
-    if (m_moved)
-        m_moved();
+    m_moved();
 }
 
 void SqliteEditableRecordset::moveFirst()
@@ -252,7 +246,8 @@ void SqliteEditableRecordset::setField(const QString &name, const QVariant &valu
 {
     const int column = columnOf(name);
     if (!adding()) {
-        currentKey();
+        if (!m_before.contains(column))
+            m_before.insert(column, row(currentKey())[static_cast<std::size_t>(column)]);
         m_mode = EditMode::InProgress;
     }
     m_pending.insert(column, value);
@@ -265,18 +260,17 @@ void SqliteEditableRecordset::addNew()
     m_index = count();
     m_onDeleted = false;
     m_mode = EditMode::Add;
-    notifyMoved();
+    m_moved();
 }
 
 void SqliteEditableRecordset::cancelUpdate()
 {
     const bool added = adding();
-    m_mode = EditMode::None;
-    m_pending.clear();
+    forgetPending();
     if (!added)
         return;
     m_index = std::min(m_indexBeforeAdd, count());
-    notifyMoved();
+    m_moved();
 }
 
 void SqliteEditableRecordset::deleteCurrent()
@@ -289,11 +283,17 @@ void SqliteEditableRecordset::deleteCurrent()
     const SqliteStatement statement =
         m_file->prepare(u"delete from %1 where ID = %2"_s.arg(m_table).arg(key));
     m_file->step(statement.get());
-    m_mode = EditMode::None;
-    m_pending.clear();
+    forgetPending();
     m_rows.remove(key);
     m_keys.erase(m_keys.begin() + m_index);
     m_onDeleted = true;
+}
+
+void SqliteEditableRecordset::forgetPending()
+{
+    m_mode = EditMode::None;
+    m_pending.clear();
+    m_before.clear();
 }
 
 void SqliteEditableRecordset::update()
@@ -302,8 +302,7 @@ void SqliteEditableRecordset::update()
         insertRow();
     else if (m_mode == EditMode::InProgress)
         changeRow();
-    m_mode = EditMode::None;
-    m_pending.clear();
+    forgetPending();
 }
 
 QVariant SqliteEditableRecordset::converted(int column, const QVariant &value) const
@@ -357,14 +356,13 @@ void SqliteEditableRecordset::insertRow()
 void SqliteEditableRecordset::changeRow()
 {
     const std::int64_t key = currentKey();
-    const Row &before = row(key);
     QStringList changes;
     QStringList conditions;
     std::vector<QVariant> values;
     std::vector<QVariant> oldValues;
     for (auto field = m_pending.cbegin(); field != m_pending.cend(); ++field) {
         const QVariant value = converted(field.key(), field.value());
-        const QVariant &read = before[static_cast<std::size_t>(field.key())];
+        const QVariant read = m_before.value(field.key());
         const QVariant old =
             read.typeId() == QMetaType::QDate ? QVariant(read.toDate().toString(Qt::ISODate)) : read;
         if (value == old && value.isNull() == old.isNull())
@@ -396,5 +394,5 @@ void SqliteEditableRecordset::requery()
     m_rows.clear();
     m_onDeleted = false;
     m_index = 0;
-    notifyMoved();
+    m_moved();
 }

@@ -69,10 +69,10 @@ private:
     const Row &row(std::int64_t key) const;
     Row readRow(std::int64_t key) const;
     QVariant converted(int column, const QVariant &value) const;
+    void forgetPending();
     void insertRow();
     void changeRow();
     void moveToIndex(int index);
-    void notifyMoved() const;
 
     std::shared_ptr<SqliteFile> m_file;
     QString m_statement;
@@ -87,7 +87,8 @@ private:
     EditMode m_mode = EditMode::None;
     int m_indexBeforeAdd = 0;
     QHash<int, QVariant> m_pending;     ///< by column
+    QHash<int, QVariant> m_before;      ///< what the pending columns of an existing row held
     mutable SqliteStatement m_rowByKey; ///< prepared when the first row is read
     mutable QCache<std::int64_t, Row> m_rows;
-    std::function<void()> m_moved;
+    std::function<void()> m_moved = [] {};
 };
