@@ -23,24 +23,23 @@ bool ProjectCommands::existingProject(Question question, const QString &what)
 
 void ProjectCommands::editPages()
 {
-    Module1 &state = m_services.state;
-    if (!existingProject(Question::SelectProjectForComments,
-                         u"You can only add comments to an existing project. "_s) ||
-        !m_services.directories.LocateProjectDirectory())
-        return;
-    state.EditorProjectPages = true;
-    state.NextTabCaption = u"Add Notes"_s;
-    m_services.workspace.openPageEditor(state.NextTabCaption);
+    openEditor(m_services.state.EditorProjectPages);
 }
 
 void ProjectCommands::editAllPages()
+{
+    openEditor(m_services.state.EditorJumpToPage);
+}
+
+/// `order` says to the editor which pages it shows.
+void ProjectCommands::openEditor(bool &order)
 {
     Module1 &state = m_services.state;
     if (!existingProject(Question::SelectProjectForComments,
                          u"You can only add comments to an existing project. "_s) ||
         !m_services.directories.LocateProjectDirectory())
         return;
-    state.EditorJumpToPage = true;
+    order = true;
     state.NextTabCaption = u"Add Notes"_s;
     m_services.workspace.openPageEditor(state.NextTabCaption);
 }

@@ -35,6 +35,7 @@ public:
     void openImages();
 
 private:
+    void openEditor(bool &order);
     bool existingProject(Question question, const QString &what);
     bool copyImage(const QString &folder, int number);
     void openInViewer();
