@@ -3,8 +3,6 @@
 #include "platform/sqlite/SqliteFile.h"
 #include "platform/sqlite/StatementTranslator.h"
 
-#include <QScopeGuard>
-
 #include <sqlite3.h>
 #include <utility>
 
@@ -15,6 +13,7 @@ namespace
 {
 constexpr std::size_t firstRows = 100; // more than a screen shows
 constexpr auto interval = 20ms;        // between two portions
+constexpr int instructions = 1000;     // of SQLite's machine between two looks whether to stop
 } // namespace
 
 SqliteRowSearch::SqliteRowSearch(const QString &path, std::chrono::milliseconds patience,
@@ -27,11 +26,6 @@ SqliteRowSearch::SqliteRowSearch(const QString &path, std::chrono::milliseconds 
 SqliteRowSearch::~SqliteRowSearch()
 {
     m_stopped = true;
-    {
-        const std::lock_guard lock(m_databaseMutex);
-        if (m_database)
-            sqlite3_interrupt(m_database);
-    }
     m_thread.join();
 }
 
@@ -58,14 +52,11 @@ void SqliteRowSearch::readRows(const QString &path, std::chrono::milliseconds pa
     SqliteFile file(path, patience);
     const SqliteStatement rows =
         file.prepare(u"select ID from (%1)"_s.arg(StatementTranslator::translate(statement)));
-    const auto forget = qScopeGuard([this] {
-        const std::lock_guard lock(m_databaseMutex);
-        m_database = nullptr;
-    });
-    {
-        const std::lock_guard lock(m_databaseMutex);
-        m_database = sqlite3_db_handle(rows.get());
-    }
+    // Asked all the time: an interruption from outside would miss a statement that is just about to begin.
+    const auto isStopped = [](void *stopped) {
+        return static_cast<std::atomic<bool> *>(stopped)->load() ? 1 : 0;
+    };
+    sqlite3_progress_handler(sqlite3_db_handle(rows.get()), instructions, isStopped, &m_stopped);
     std::vector<std::int64_t> ids;
     bool first = true;
     auto next = std::chrono::steady_clock::now() + interval;

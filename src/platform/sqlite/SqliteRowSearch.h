@@ -6,10 +6,7 @@
 
 #include <atomic>
 #include <chrono>
-#include <mutex>
 #include <thread>
-
-struct sqlite3;
 
 /// A search with a connection of its own.
 class SqliteRowSearch : public RowSearch
@@ -32,7 +29,5 @@ private:
     Handlers m_handlers;
     QObject m_owner; ///< on the thread that began the search; what waits for it goes with it
     std::atomic<bool> m_stopped = false;
-    std::mutex m_databaseMutex;
-    sqlite3 *m_database = nullptr; ///< while the statement runs
     std::thread m_thread;
 };
