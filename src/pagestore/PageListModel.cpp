@@ -3,6 +3,8 @@
 #include "platform/RunTimeError.h"
 #include "platform/ShortDate.h"
 
+#include <QScopeGuard>
+
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -40,14 +42,8 @@ void PageListModel::exchange(int row, int other)
 void PageListModel::requery()
 {
     beginResetModel();
-    const auto end = [this] { endResetModel(); };
-    try {
-        m_rows->requery();
-    } catch (const RunTimeError &) {
-        end();
-        throw;
-    }
-    end();
+    const auto end = qScopeGuard([this] { endResetModel(); }); // also when it fails
+    m_rows->requery();
 }
 
 QString PageListModel::text(int row, Column column) const
