@@ -8,6 +8,7 @@
 #include "app/WidgetProgress.h"
 #include "documents/DocumentGeneration.h"
 #include "pagestore/Statements.h"
+#include "platform/PrintJob.h"
 #include "platform/RunTimeError.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "support/FakeWorkspace.h"
@@ -59,6 +60,7 @@ public:
     {
         give(title);
     }
+    std::unique_ptr<PrintJob> choosePrinter(Question /*which*/) override { give(QStringLiteral("print")); }
 
 private:
     [[noreturn]] static void give(const QString &text)

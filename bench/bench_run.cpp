@@ -62,6 +62,7 @@ public:
     {
         m_real->waitUntilMinimised(window, limit);
     }
+    void waitUntilAtRest(int limit) override { m_real->waitUntilAtRest(limit); }
 
 private:
     std::unique_ptr<Screen> m_real;

@@ -52,5 +52,7 @@ void initialState(Module1 &state)
     state.EditorAddPage = false;
     state.EditorLastPageNumber = 0;
     state.EditorRecordCount = 0;
+    state.TextMessage.clear();
+    state.TextRetry = false;
 }
 } // namespace StartUp

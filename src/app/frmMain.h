@@ -69,7 +69,7 @@ public:
     void setProjectText(const QString &name) override;
     void addProjectName(const QString &name) override;
     void removeProjectName(const QString &name) override;
-    void openViewer() override;
+    void openViewer(ViewerSelection select) override;
     void openContentsPage() override;
     void openPageEditor(const QString &caption) override;
     void openPageList(const QString &caption) override;

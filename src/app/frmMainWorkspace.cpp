@@ -68,7 +68,7 @@ void frmMain::removeProjectName(const QString &name)
 }
 
 /// Without a viewer of our own the desktop's program shows the picture.
-void frmMain::openViewer()
+void frmMain::openViewer(ViewerSelection)
 {
     m_state.ImageFileRequested = false;
     if (!m_state.CurrentImagePath.isEmpty())

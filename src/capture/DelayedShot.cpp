@@ -108,7 +108,7 @@ void DelayedShot::showImage()
     switch (state.AppOptions.OptionFlags[PaintTool]) {
     case 0:
         state.ImageFileRequested = true;
-        m_services.workspace.openViewer();
+        m_services.workspace.openViewer(ViewerSelection::CurrentImage);
         break;
     case 1:
         m_services.programs.paint(state.AppOptions.PaintProgram, state.CurrentImagePath);

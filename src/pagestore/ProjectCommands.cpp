@@ -151,5 +151,5 @@ void ProjectCommands::openInViewer()
             .trimmed();
     state.ImageFileRequested = !path.isEmpty() && state.FileSystem.fileExists(path);
     state.CurrentImagePath = state.ImageFileRequested ? path : QString();
-    m_services.workspace.openViewer();
+    m_services.workspace.openViewer(ViewerSelection::FirstFile);
 }

@@ -96,7 +96,7 @@ void ProjectDirectories::show1stPic()
         return;
     }
     m_state.ImageFileRequested = true;
-    m_state.MainWindow->openViewer();
+    m_state.MainWindow->openViewer(ViewerSelection::FirstFile);
 }
 
 bool ProjectDirectories::directoryIsThere()

@@ -323,7 +323,7 @@ void frmPageData1::cmdOpenPic_Click()
     state.ImageFileRequested = true;
     switch (state.AppOptions.OptionFlags[PaintTool]) {
     case 0:
-        m_services.workspace.openViewer();
+        m_services.workspace.openViewer(ViewerSelection::None);
         break;
     case 1:
         m_services.programs.paint(state.AppOptions.PaintProgram, path);

@@ -3,7 +3,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
+
+class PrintJob;
 
 /// Every question and message of the program, so that a test can answer exactly the one it means.
 enum class Question {
@@ -29,6 +32,7 @@ enum class Question {
     RegisterAbandonedRun,
     SnapshotsNotMarked,
     HelpNotAvailable,
+    RegionTips,
     // main window
     ProjectNameCharacter,
     HotKeysFailed,
@@ -78,6 +82,21 @@ enum class Question {
     BackupTargetExists,
     BackupDone,
     BackupFailed,
+    // snapshot viewer
+    SaveImageChanges,
+    SaveImageChangesOnClose,
+    SaveImageAs,
+    ReplaceImageFile,
+    SaveImageFailed,
+    OpenImage,
+    OpenImageFailed,
+    SelectImageFirst,
+    DeleteImage,
+    ImageToDeleteMissing,
+    PrintImage,
+    ViewerFailed,
+    ConfirmTextPlace,
+    ClickTextPlace,
     // documents
     NoPagesForDocuments,
     OverwriteContentsPage,
@@ -141,4 +160,8 @@ public:
     virtual std::optional<QString> openFile(Question which, const FilePrompt &prompt) = 0;
     virtual std::optional<QString> saveFile(Question which, const FilePrompt &prompt) = 0;
     virtual std::optional<QString> pickFolder(Question which, const QString &title, const QString &start) = 0;
+
+    /// Lets the user choose a printer, copies and orientation; null when he cancels. Throws RunTimeError
+    /// when there is nothing to print with.
+    virtual std::unique_ptr<PrintJob> choosePrinter(Question which) = 0;
 };

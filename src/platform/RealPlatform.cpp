@@ -26,6 +26,7 @@ public:
     QImage grab(const QRect &) override { return {}; }
     CursorShape cursorShape() const override { return {}; }
     void waitUntilMinimised(std::uint32_t, int) override {}
+    void waitUntilAtRest(int) override {}
 };
 
 /// What a user can do who wants to record a demonstration.

@@ -22,6 +22,7 @@ public:
         PathNotFound = 76,
         CannotCreateObject = 429,   ///< a program or component that is needed is not installed
         InvalidPicture = 481,       ///< a file that is no picture
+        PrinterError = 482,         ///< nothing could be printed
         DatabaseError = -2147467259 ///< the database cannot be opened, is locked or is damaged
     };
 

@@ -51,4 +51,7 @@ public:
     /// Waits until the window manager has minimised `window` and the screen has stopped changing (window
     /// managers animate), at most `limitMilliseconds`.
     virtual void waitUntilMinimised(std::uint32_t window, int limitMilliseconds) = 0;
+
+    /// Waits until the screen has stopped changing, at most `limitMilliseconds`.
+    virtual void waitUntilAtRest(int limitMilliseconds) = 0;
 };

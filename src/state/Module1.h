@@ -84,5 +84,10 @@ struct Module1 {
     bool WordInstalled = false; ///< spelling can be checked, as it was when somebody last asked
     QString SpellCheckText;     ///< the text that was last checked
 
+    // The viewers' shared tool, and their exchange with the text dialog.
+    QString CurrentTool;    ///< key of the button last clicked in a viewer: "drawbox", ...
+    QString TextMessage;    ///< the text to be put on a picture, lines joined with CR LF; empty: cancelled
+    bool TextRetry = false; ///< the text was taken back and is to be placed again
+
     Workspace *MainWindow = nullptr; ///< the main window, as the other screens see it
 };

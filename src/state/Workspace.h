@@ -3,6 +3,13 @@
 #include <QString>
 #include <QStringList>
 
+/// What a newly opened viewer loads from its list of files, besides what ImageFileRequested asks for.
+enum class ViewerSelection {
+    None,
+    FirstFile,
+    CurrentImage ///< the file that Module1::CurrentImagePath names
+};
+
 /// How one screen asks for another without knowing it. The main window implements it; everybody else sees
 /// only this. Requests are handed over through Module1's variables where there is more to say than a path.
 class Workspace
@@ -18,8 +25,9 @@ public:
     /// The first entry of that name; the project box keeps its text.
     virtual void removeProjectName(const QString &name) = 0;
 
-    /// Shows Module1::CurrentImagePath in the snapshot viewer, as a tab "Screen Shots".
-    virtual void openViewer() = 0;
+    /// Opens a new snapshot viewer as a tab "Screen Shots". It shows Module1::CurrentImagePath if
+    /// ImageFileRequested is set, and its folder, else the folder of the project.
+    virtual void openViewer(ViewerSelection select) = 0;
 
     /// Shows Module1::ContentsPagePath in the browser, as a tab "Contents".
     virtual void openContentsPage() = 0;

@@ -160,7 +160,7 @@ TEST_F(CaptureRunTest, StopMarksRegistersAndShowsTheFirstPage)
               qRgb(0, 0, 0)); // the arrow's tip
     EXPECT_EQ(state.CurrentImagePath, state.AppOptions.BaseDirectory + u"/stop/sh0001.bmp"_s);
     EXPECT_EQ(workspace.status, u"2 snapshots are pages of the project stop."_s);
-    EXPECT_TRUE(workspace.calls.contains(u"viewer"_s));
+    EXPECT_TRUE(workspace.calls.contains(u"viewer first"_s));
 
     run.stop(0); // nothing is on: nothing happens
     EXPECT_EQ(pageNumbers(), u"1 2"_s);

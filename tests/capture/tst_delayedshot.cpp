@@ -52,7 +52,7 @@ TEST_F(DelayedShotTest, TheSnapshotComesOnTheTickAfterTheDelay)
     EXPECT_EQ(ImageFile::load(path).size(), QSize(300, 150));
     EXPECT_FALSE(shot.armed());
     EXPECT_EQ(sound.played.size(), 1);
-    EXPECT_EQ(workspace.calls, (QStringList{u"minimise"_s, u"restore"_s, u"viewer"_s}));
+    EXPECT_EQ(workspace.calls, (QStringList{u"minimise"_s, u"restore"_s, u"viewer current"_s}));
     EXPECT_EQ(state.CurrentImagePath, path);
     EXPECT_TRUE(state.ImageFileRequested);
     shot.tick();
@@ -73,7 +73,7 @@ TEST_F(DelayedShotTest, ThePaintToolOptionSaysWhoShowsIt)
     shot.tick();
     shot.tick();
     EXPECT_EQ(programs.painted.size(), 1);
-    EXPECT_FALSE(workspace.calls.contains(u"viewer"_s));
+    EXPECT_FALSE(workspace.calls.contains(u"viewer current"_s));
 }
 
 TEST_F(DelayedShotTest, ASnapshotThatCannotBeWrittenIsGivenUpAndTheWindowComesBack)

@@ -102,7 +102,8 @@ TEST_F(ProjectCommandsTest, threeImagesBecomeTheLastPages)
         EXPECT_EQ(t.value(u"select ProjectName || PageStatus || Layout || OrderInPage || PageNumber || Date "
                           "from PageData where ScreenShotFilePath = \"%1\""_s.arg(t.inProject(name))),
                   u"DemoOK00"_s + name.left(2) + u"2026-03-21"_s);
-    EXPECT_EQ(t.workspace.calls.last() + t.state.CurrentImagePath, u"viewer"_s + t.inProject(u"12.bmp"_s));
+    EXPECT_EQ(t.workspace.calls.last() + t.state.CurrentImagePath,
+              u"viewer first"_s + t.inProject(u"12.bmp"_s));
 }
 
 TEST_F(ProjectCommandsTest, copyingEndsWhenTheUserAFileOrTheDatabaseGivesUp)
@@ -118,7 +119,7 @@ TEST_F(ProjectCommandsTest, copyingEndsWhenTheUserAFileOrTheDatabaseGivesUp)
     expectImage(u"b.jpg"_s);
     EXPECT_EQ(errorOf([this] { commands.copyImages(); }), RunTimeError::DatabaseError);
     EXPECT_EQ(t.value(u"select count(*) from PageData"_s), u"3"_s);
-    EXPECT_FALSE(t.workspace.calls.contains(u"viewer"_s));
+    EXPECT_FALSE(t.workspace.calls.contains(u"viewer first"_s));
 }
 
 TEST_F(ProjectCommandsTest, imagesOpenInTheChosenTool)

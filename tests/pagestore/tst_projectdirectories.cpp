@@ -108,7 +108,7 @@ TEST_F(ProjectDirectoriesTest, theFirstImageIsTheFirstFinishedPages)
     EXPECT_FALSE(t.state.ImageFileRequested);
     t.write(t.inProject(u"b.bmp"_s), "BM");
     t.directories.show1stPic();
-    EXPECT_EQ(t.workspace.calls, QStringList{u"viewer"_s});
+    EXPECT_EQ(t.workspace.calls, QStringList{u"viewer first"_s});
     EXPECT_EQ(t.state.CurrentImagePath, t.inProject(u"b.bmp"_s));
     EXPECT_TRUE(t.state.ImageFileRequested);
 }

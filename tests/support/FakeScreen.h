@@ -55,4 +55,5 @@ public:
     {
         waits.push_back({window, limitMilliseconds});
     }
+    void waitUntilAtRest(int limitMilliseconds) override { waits.push_back({0, limitMilliseconds}); }
 };

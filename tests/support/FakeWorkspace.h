@@ -8,7 +8,8 @@ class FakeWorkspace : public Workspace
 public:
     QString text;      ///< of the project box
     QStringList names; ///< of its list
-    QStringList calls; ///< "viewer", "contents", "help multi.htm", "minimise", ... in order
+    QStringList calls; ///< "viewer" ("viewer first", "viewer current"), "contents", "help multi.htm",
+                       ///< "minimise", ... in order
     bool busy = false;
     int busyChanges = 0;
     QString status; ///< the text of the status line
@@ -18,7 +19,12 @@ public:
     void setProjectText(const QString &name) override { text = name; }
     void addProjectName(const QString &name) override { names.append(name); }
     void removeProjectName(const QString &name) override { names.removeOne(name); }
-    void openViewer() override { calls.append(QStringLiteral("viewer")); }
+    void openViewer(ViewerSelection select) override
+    {
+        calls.append(select == ViewerSelection::FirstFile      ? QStringLiteral("viewer first")
+                     : select == ViewerSelection::CurrentImage ? QStringLiteral("viewer current")
+                                                               : QStringLiteral("viewer"));
+    }
     void openContentsPage() override { calls.append(QStringLiteral("contents")); }
     void openPageEditor(const QString &caption) override
     {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "platform/PrintJob.h"
 #include "platform/Prompter.h"
+#include "platform/RunTimeError.h"
 
 #include <gtest/gtest.h>
+
+#include <QPdfWriter>
 
 #include <deque>
 #include <functional>
@@ -75,8 +79,37 @@ public:
     {
         return next(Kind::File, {which, {}, title, Icon::None, {}, start}).text;
     }
+    /// Prints into the file that is answered to the question; without an answer the user cancels.
+    std::unique_ptr<PrintJob> choosePrinter(Question which) override
+    {
+        const std::optional<QString> path = next(Kind::File, {which, {}, {}, Icon::None, {}, {}}).text;
+        return path ? std::make_unique<PdfJob>(*path, printOrientation) : nullptr;
+    }
+    QPageLayout::Orientation printOrientation = QPageLayout::Portrait; ///< what the user chooses
 
 private:
+    /// An empty path is a printer that does not work.
+    class PdfJob : public PrintJob
+    {
+    public:
+        PdfJob(const QString &path, QPageLayout::Orientation orientation)
+            : m_works(!path.isEmpty()), m_writer(path)
+        {
+            m_writer.setPageSize(QPageSize(QPageSize::A4));
+            m_writer.setPageOrientation(orientation);
+        }
+        QPagedPaintDevice &device() override { return m_writer; }
+        void finish() override
+        {
+            if (!m_works)
+                throw RunTimeError(RunTimeError::PrinterError, QStringLiteral("no paper"));
+        }
+
+    private:
+        bool m_works;
+        QPdfWriter m_writer;
+    };
+
     enum class Kind { Tell, Ask, Input, File };
     struct Expected {
         Question which;

@@ -34,6 +34,7 @@ public:
 
     CursorShape cursorShape() const override { return {}; }
     void waitUntilMinimised(std::uint32_t window, int limitMilliseconds) override;
+    void waitUntilAtRest(int limitMilliseconds) override { m_display->waitUntilAtRest(limitMilliseconds); }
 
 private:
     std::unique_ptr<Screen> m_display;

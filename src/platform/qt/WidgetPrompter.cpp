@@ -1,10 +1,13 @@
 #include "platform/qt/WidgetPrompter.h"
 
+#include "platform/qt/QtPrintJob.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPrintDialog>
 #include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
@@ -55,6 +58,7 @@ QMessageBox::Icon boxIcon(Icon icon)
 bool defaultIsNo(Question which)
 {
     return which == Question::OverwriteContentsPage || which == Question::OverwriteHtmlFile ||
+           which == Question::ReplaceImageFile || which == Question::DeleteImage ||
            which == Question::DeleteProject || which == Question::DeleteAllProjects;
 }
 
@@ -158,4 +162,16 @@ std::optional<QString> WidgetPrompter::pickFolder(Question, const QString &title
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return dialog.selectedFiles().constFirst();
+}
+
+std::unique_ptr<PrintJob> WidgetPrompter::choosePrinter(Question)
+{
+    auto job = std::make_unique<QtPrintJob>();
+    QPrintDialog dialog(&job->printer(), visibleParent());
+    standAlone(dialog);
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
+    if (dialog.exec() != QDialog::Accepted)
+        return nullptr;
+    job->begin();
+    return job;
 }

@@ -17,6 +17,7 @@ public:
     std::optional<QString> openFile(Question which, const FilePrompt &prompt) override;
     std::optional<QString> saveFile(Question which, const FilePrompt &prompt) override;
     std::optional<QString> pickFolder(Question which, const QString &title, const QString &start) override;
+    std::unique_ptr<PrintJob> choosePrinter(Question which) override;
 
     /// Name filters in Qt's form: "Image Files (*.bmp)|*.bmp" becomes "Image Files (*.bmp)".
     static QStringList nameFilters(const QString &filter);

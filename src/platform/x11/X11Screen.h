@@ -22,6 +22,10 @@ public:
     QImage grab(const QRect &area) override;
     CursorShape cursorShape() const override;
     void waitUntilMinimised(std::uint32_t window, int limitMilliseconds) override;
+    void waitUntilAtRest(int limitMilliseconds) override
+    {
+        waitUntilAtRest(QDeadlineTimer(limitMilliseconds));
+    }
 
 private:
     void waitUntilAtRest(QDeadlineTimer limit);
