@@ -30,6 +30,7 @@ int main(int argc, char **argv)
     }
     StartUp::ensureBaseDirectory(state, prompter, [&] { frmBaseDir(state, prompter).exec(); });
     StartUp::initialState(state);
+    state.CommandLinePath = QApplication::arguments().value(1);
 
     Platform platform = makeRealPlatform();
     FailureBox failures(prompter);

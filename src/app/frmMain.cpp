@@ -154,6 +154,7 @@ void frmMain::whenShown()
     cmbProj->setFocus();
     if (m_cores->run.offerAbandonedRuns())
         fillProjectBox();
+    openCommandLinePicture();
 }
 
 void frmMain::fillProjectBox()

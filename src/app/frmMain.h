@@ -97,6 +97,7 @@ private:
     void whenShown();
     void updateCommands();
 
+    void openCommandLinePicture();
     void openWithDesktop(const QString &path);
     void cmdIntoTray_Click();
     void stopBar_Stop();

@@ -1,5 +1,7 @@
 // The main window as the other screens see it, and what happens to the window itself.
 
+#include "annotate/frmVpic.h"
+#include "annotate/ImageFolder.h"
 #include "app/CommandSet.h"
 #include "app/frmMain.h"
 #include "app/ProjectBox.h"
@@ -67,12 +69,28 @@ void frmMain::removeProjectName(const QString &name)
     cmbProj->setNames(names);
 }
 
-/// Without a viewer of our own the desktop's program shows the picture.
-void frmMain::openViewer(ViewerSelection)
+void frmMain::openViewer(ViewerSelection select)
 {
-    m_state.ImageFileRequested = false;
-    if (!m_state.CurrentImagePath.isEmpty())
-        openWithDesktop(m_state.CurrentImagePath);
+    auto *viewer = new frmVpic({m_state, m_cores->database, m_prompter, *this, *m_platform.spelling});
+    addTab(viewer, u"Screen Shots"_s);
+    const QStringList files = viewer->fileNames();
+    if (select == ViewerSelection::FirstFile && !files.isEmpty())
+        viewer->selectFile(0);
+    else if (select == ViewerSelection::CurrentImage)
+        viewer->selectFile(ImageFolder::searchListBox(files, FileSystem::bareName(m_state.CurrentImagePath)));
+}
+
+/// The picture that the program was started with.
+void frmMain::openCommandLinePicture()
+{
+    if (m_state.CommandLinePath.isEmpty())
+        return;
+    m_state.CurrentImagePath = ImageFolder::pathOfArgument(m_state.CommandLinePath);
+    m_state.ImageFileRequested = true;
+    if (!m_state.FileSystem.fileExists(m_state.CurrentImagePath))
+        m_prompter.tell(Question::OpenFailed, {u"%1 cannot be found."_s.arg(m_state.CurrentImagePath),
+                                               m_state.AppTitle, Icon::Exclamation});
+    openViewer(ViewerSelection::CurrentImage);
 }
 
 /// Without a browser of our own the desktop's program shows the page.

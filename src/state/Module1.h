@@ -64,8 +64,9 @@ struct Module1 {
     std::int32_t RightClickY = 0;
     std::vector<ShotEntry> ShotTable; ///< indexed by snapshot number from 1; entry 0 stays empty
 
-    QString NextSnapshotPath;        ///< where the next region snapshot goes
-    QString CurrentImagePath;        ///< picture handed to the viewer
+    QString CommandLinePath;  ///< picture named when the program was started; the first viewer takes it
+    QString NextSnapshotPath; ///< where the next region snapshot goes
+    QString CurrentImagePath; ///< picture handed to the viewer
     bool ImageFileRequested = false; ///< the opener asks the viewer to show CurrentImagePath
     ::TrayIconData TrayIconData;
     std::int32_t ChildHeight = 0; ///< size of child windows, twips
