@@ -24,6 +24,19 @@ QRect outline(QPoint from, QPoint to)
     return QRect(QPoint(std::min(from.x(), to.x()), std::min(from.y(), to.y())),
                  QPoint(std::max(from.x(), to.x()), std::max(from.y(), to.y())));
 }
+/// Every pixel once, the corners too: in invert mode twice would be never.
+void drawOutline(QPainter &painter, const QRect &box, QColor colour)
+{
+    painter.fillRect(box.left(), box.top(), box.width(), 1, colour);
+    if (box.height() > 1)
+        painter.fillRect(box.left(), box.bottom(), box.width(), 1, colour);
+    const int between = box.height() - 2;
+    if (between < 1)
+        return;
+    painter.fillRect(box.left(), box.top() + 1, 1, between, colour);
+    if (box.width() > 1)
+        painter.fillRect(box.right(), box.top() + 1, 1, between, colour);
+}
 } // namespace
 
 QPoint Drawing::toPixel(QPoint twips)
@@ -38,7 +51,6 @@ void Drawing::draw(QPainter &painter, Shape shape, QPoint from, QPoint to, QColo
     painter.setBrush(Qt::NoBrush);
     QPen pen(colour, 1);
     pen.setCapStyle(Qt::SquareCap);
-    pen.setJoinStyle(Qt::MiterJoin);
     painter.setPen(pen);
     if (mode == Mode::Invert)
         painter.setCompositionMode(QPainter::RasterOp_NotDestination);
@@ -49,12 +61,7 @@ void Drawing::draw(QPainter &painter, Shape shape, QPoint from, QPoint to, QColo
     } else if (shape == Shape::Line) {
         painter.drawLine(first, last);
     } else {
-        // One path, not four lines: in invert mode those would restore the corners. A flat box is a line.
-        const QRect box = outline(first, last);
-        if (box.width() == 1 || box.height() == 1)
-            painter.drawLine(box.topLeft(), box.bottomRight());
-        else
-            painter.drawRect(box.adjusted(0, 0, -1, -1));
+        drawOutline(painter, outline(first, last), colour);
     }
     painter.restore();
 }

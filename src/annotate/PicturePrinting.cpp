@@ -12,14 +12,6 @@ namespace
 {
 constexpr double hiMetricPerMillimetre = 100;
 constexpr double hiMetricPerInch = 2540;
-
-/// Two colours would arrive as a stencil of one.
-QImage printable(const QImage &picture)
-{
-    if (picture.depth() > 1)
-        return picture;
-    return picture.convertToFormat(picture.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-}
 } // namespace
 
 QSizeF sizeToFitPage(QSize picture, QSizeF printable)
@@ -47,7 +39,7 @@ void PrintPictureToFitPage(QPagedPaintDevice &printer, const QImage &picture)
     painter.setRenderHint(QPainter::LosslessImageRendering);
     const QRectF place(0, 0, printed.width() * printer.logicalDpiX() / hiMetricPerInch,
                        printed.height() * printer.logicalDpiY() / hiMetricPerInch);
-    painter.drawImage(place, printable(picture));
+    painter.drawImage(place, picture);
     if (!painter.end())
         throw RunTimeError(RunTimeError::PrinterError, u"The picture could not be printed."_s);
 }

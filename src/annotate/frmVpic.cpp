@@ -222,7 +222,7 @@ void frmVpic::Dir1_Change(const QString &folder)
         m_files->setFolder(folder);
     } catch (const RunTimeError &error) {
         m_picture.ShowErrMessage(0, error.description());
-        m_files->setFolder(m_files->folder());
+        m_files->showPlace();
     }
     m_files->markFile(m_picture.path());
 }
@@ -252,7 +252,7 @@ void frmVpic::pictureLoaded()
 void frmVpic::tlbmain_ButtonClick(Command command)
 {
     m_services.state.CurrentTool = QString::fromUtf16(rows()[command].key);
-    updateButtons();
+    const auto update = qScopeGuard([this] { updateButtons(); });
     m_tools.cancelGesture();
     switch (command) {
     case DrawText:

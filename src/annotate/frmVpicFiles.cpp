@@ -124,15 +124,14 @@ void FilePanel::setFolder(const QString &folder)
         m_watcher.removePaths(m_watcher.directories());
     m_watcher.addPath(folder);
     m_folder = folder;
-    showFolders();
+    showPlace();
     File1->setNames(names);
-    const int drive = ImageFolder::driveOf(m_drives, folder);
-    Drive1->setCurrentIndex(drive);
-    Drive1->setToolTip(folder);
 }
 
-void FilePanel::showFolders()
+void FilePanel::showPlace()
 {
+    Drive1->setCurrentIndex(ImageFolder::driveOf(m_drives, m_folder));
+    Drive1->setToolTip(m_folder);
     Dir1->clear();
     for (const ImageFolder::Row &row : ImageFolder::rows(m_folder)) {
         const QIcon icon = style()->standardIcon(row.open ? QStyle::SP_DirOpenIcon : QStyle::SP_DirIcon);

@@ -52,6 +52,8 @@ public:
     QString folder() const { return m_folder; }
     /// Throws RunTimeError when it cannot be read; nothing changes then.
     void setFolder(const QString &folder);
+    /// Drive and folder lists show where it is, whatever the user has chosen there.
+    void showPlace();
     QString pathOf(int row) const;
     /// Selects the file with this path, if the list shows it, without a word.
     void markFile(const QString &path, int keysFrom = -1);
@@ -65,7 +67,6 @@ Q_SIGNALS:
 
 private:
     void showDrives();
-    void showFolders();
     void followFolder();
 
     std::vector<ImageFolder::Drive> m_drives;

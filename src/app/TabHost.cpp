@@ -72,6 +72,10 @@ void TabHost::addTab(int id, QWidget *child, const QString &caption)
         tab1->setCurrentIndex(0);
     }
     m_pages->addWidget(child);
+    // A window's title says more than its caption.
+    tab1->setTabToolTip(0, child->windowTitle());
+    connect(child, &QWidget::windowTitleChanged, this,
+            [this, id](const QString &title) { tab1->setTabToolTip(indexOf(id), title); });
     showCurrent();
 }
 

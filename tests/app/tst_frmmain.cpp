@@ -1,6 +1,7 @@
 #include "app/CommandTable.h"
 #include "app/frmMain.h"
 #include "app/TabHost.h"
+#include "platform/ImageFile.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "support/FakeClock.h"
 #include "support/FakeHotKeys.h"
@@ -8,6 +9,7 @@
 #include "support/FakePrograms.h"
 #include "support/FakeScreen.h"
 #include "support/FakeSound.h"
+#include "support/FakeSpelling.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TestState.h"
 
@@ -17,6 +19,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
@@ -38,7 +41,6 @@ protected:
     FakeScreen *screen = nullptr;
     FakeInputHook *hook = nullptr;
     FakeHotKeys *hotKeys = nullptr;
-    FakePrograms *programs = nullptr;
     std::unique_ptr<frmMain> window;
 
     MainWindowTest()
@@ -54,7 +56,8 @@ protected:
         hotKeys = add(platform.hotKeys, std::make_unique<FakeHotKeys>());
         add(platform.sound, std::make_unique<FakeSound>());
         add(platform.database, std::make_unique<SqliteDatabase>());
-        programs = add(platform.programs, std::make_unique<FakePrograms>());
+        add(platform.programs, std::make_unique<FakePrograms>());
+        add(platform.spelling, std::make_unique<FakeSpelling>());
         screen->picture = QImage(400, 300, QImage::Format_RGB32);
         screen->picture.fill(Qt::gray);
         state.AppOptions.ShowLessMessage = 1;
@@ -175,7 +178,9 @@ TEST_F(MainWindowTest, ARunFromTheFirstButtonToTheStopBar)
     EXPECT_TRUE(window->isVisible());
     EXPECT_FALSE(window->isMinimized());
     EXPECT_FALSE(control<QAction>(u"mnuStopCap"_s)->isEnabled());
-    EXPECT_EQ(programs->opened, QStringList{state.AppOptions.BaseDirectory + u"/guide/sh0001.bmp"_s});
+    EXPECT_EQ(control<QTabBar>(u"tab1"_s)->tabText(0), u"Screen Shots"_s);
+    EXPECT_EQ(control<QLineEdit>(u"txtFileName"_s)->text(), u"sh0001.bmp"_s);
+    EXPECT_EQ(state.CurrentImagePath, state.AppOptions.BaseDirectory + u"/guide/sh0001.bmp"_s);
     EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->findText(u"guide"_s), 0);
 }
 
@@ -232,13 +237,35 @@ TEST_F(MainWindowTest, ClosingStopsTheRunAndKeepsThePlace)
     window->close();
     EXPECT_FALSE(state.CaptureRunning);
     EXPECT_EQ(settings.value(u"Settings"_s, u"MainWidth"_s), u"11700"_s);
-    EXPECT_EQ(settings.value(u"WorkingSpace"_s, u"count"_s), u"0"_s);
+    EXPECT_EQ(settings.value(u"WorkingSpace"_s, u"count"_s), u"1"_s);
+    EXPECT_EQ(settings.value(u"WorkingSpace"_s, u"form1"_s),
+              u"Screen Shots "_s + state.AppOptions.BaseDirectory + u"/closing/sh0001.bmp-"_s);
 
     open();
     EXPECT_EQ(window->size(), QSize(780, 640));
     EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->currentText(), u"closing"_s);
     EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->count(), 1);
     EXPECT_EQ(state.ChildWidth, 780 * 15 - 180);
+}
+
+TEST_F(MainWindowTest, APictureNamedAtTheStartIsShown)
+{
+    const QString path = folder.filePath(u"a.bmp"_s);
+    ImageFile::save(screen->picture, path);
+    ImageFile::save(screen->picture, folder.filePath(u"b.bmp"_s));
+    state.CommandLinePath = u'"' + path + u'"';
+    open();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return control<QTabBar>(u"tab1"_s)->count() == 1; }, 10'000));
+    EXPECT_EQ(control<QTabBar>(u"tab1"_s)->tabToolTip(0), u"Screen Shots "_s + path);
+    EXPECT_EQ(control<QLineEdit>(u"txtFileName"_s)->text(), u"a.bmp"_s);
+
+    // One that is not there leaves a message and the files of its folder.
+    state.CommandLinePath = folder.filePath(u"c.bmp"_s);
+    user.expectTell(Question::OpenFailed);
+    open();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return control<QTabBar>(u"tab1"_s)->count() == 1; }, 10'000));
+    EXPECT_EQ(control<QListView>(u"File1"_s)->model()->rowCount(), 2);
+    EXPECT_EQ(control<QLineEdit>(u"txtFileName"_s)->text(), QString());
 }
 
 TEST_F(MainWindowTest, AFailureInACommandIsShownAndTheProgramGoesOn)

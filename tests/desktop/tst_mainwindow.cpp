@@ -78,7 +78,7 @@ TEST_F(RecordingTest, ARunFromTheProjectBoxToTheStopBar)
 
     // Two clicks and the one on Stop.
     ASSERT_EQ(state.ShotTable.size(), 4U);
-    EXPECT_EQ(programs->opened, QStringList{state.AppOptions.BaseDirectory + u"/real-1/sh0001.bmp"_s});
+    EXPECT_EQ(window->findChild<QLineEdit *>(u"txtFileName"_s)->text(), u"sh0001.bmp"_s);
     const QRect frame = canvas.frameGeometry();
     EXPECT_EQ(shot(1).size(), frame.size());
     EXPECT_EQ(pointer(1), canvas.at(40, 50) - frame.topLeft());
@@ -145,7 +145,7 @@ TEST_F(RecordingTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
     user.expectInput(Question::ShotDelay, u"1"_s);
     user.expectFile(Question::SaveSnapshotAs, path);
     click(middleOf(control(u"Desktop"_s)));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return programs->opened.contains(path); }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return state.CurrentImagePath == path; }, patience));
     const QImage picture = ImageFile::load(path);
     EXPECT_EQ(picture.size(), platform.screen->desktop().size());
     EXPECT_FALSE(contains(picture, pink));

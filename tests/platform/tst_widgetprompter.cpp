@@ -1,14 +1,20 @@
 #include "platform/qt/WidgetPrompter.h"
 
+#include "FileChecks.h"
+#include "platform/PrintJob.h"
+
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPagedPaintDevice>
+#include <QPainter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -137,4 +143,26 @@ TEST(WidgetPrompterTest, FilesAndFolders)
     });
     EXPECT_EQ(prompter.pickFolder(Question::ChooseBaseDirectory, u"Select a Folder"_s, folder.path()),
               folder.path());
+}
+
+TEST(WidgetPrompterTest, APrinterOrAFileInItsPlace)
+{
+    WidgetPrompter prompter;
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"printed.pdf"_s);
+    const auto printToFile = [](QDialog &box, const QString &file) {
+        auto *printers = box.findChild<QComboBox *>(u"printers"_s);
+        printers->setCurrentIndex(printers->count() - 1); // behind all real ones
+        box.findChild<QLineEdit *>(u"filename"_s)->setText(file);
+        pressButton(box, QDialogButtonBox::Ok);
+    };
+    whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Cancel); });
+    EXPECT_EQ(prompter.choosePrinter(Question::PrintImage), nullptr);
+    whenAsked([&](QDialog &box) { printToFile(box, path); });
+    const std::unique_ptr<PrintJob> job = prompter.choosePrinter(Question::PrintImage);
+    ASSERT_NE(job, nullptr);
+    QPainter(&job->device()).drawLine(0, 0, 100, 100);
+    EXPECT_FALSE(QFile::exists(path));
+    job->finish();
+    EXPECT_TRUE(contents(path).startsWith("%PDF"));
 }
