@@ -154,11 +154,14 @@ void frmVpic::connectControls()
 
 void frmVpic::Form_Load()
 {
+    const bool requested = m_services.state.ImageFileRequested;
     if (m_picture.loadRequested()) {
         runGuarded(m_failures, [this] { m_files->setFolder(QFileInfo(m_picture.path()).path()); });
         m_files->markFile(m_picture.path());
         pictureLoaded();
     } else {
+        if (requested)
+            m_refused = m_services.state.CurrentImagePath;
         runGuarded(m_failures, [this] { showStartFolder(); });
     }
     runGuarded(m_failures, [this] { takeCommandLine(); });
@@ -202,6 +205,8 @@ void frmVpic::selectFile(int row)
     if (row < 0)
         return;
     m_files->File1->mark(row);
+    if (std::exchange(m_refused, QString()) == m_files->pathOf(row))
+        return; // the user knows
     runGuarded(m_failures, [this, row] { File1_Click(row); });
 }
 

@@ -84,6 +84,7 @@ private:
     AnnotationTools m_tools;
     std::array<QAction *, commandCount> m_commands{};
     bool m_saveEnabled = false;
+    QString m_refused; ///< the requested file, where it could not be shown
 
     FilePanel *m_files;
     PictureView *m_view;

@@ -142,6 +142,19 @@ TEST_F(frmVpicTest, TheFolderIsTheRequestedPicturesElseTheProjectsElseTheBase)
     EXPECT_EQ(next.form.fileNames(), QStringList());
 }
 
+TEST_F(frmVpicTest, ARequestedPictureThatIsNoneIsToldOnce)
+{
+    write(first, "BM no picture");
+    state.CurrentImagePath = first;
+    state.ImageFileRequested = true;
+    prompter.expectTell(Question::ViewerFailed);
+    ShownViewer viewer(services);
+    viewer.form.selectFile(0);
+    EXPECT_EQ(viewer.fileName(), QString());
+    prompter.expectTell(Question::ViewerFailed);
+    viewer.form.selectFile(0); // whoever tries again is told again
+}
+
 TEST_F(frmVpicTest, KeysStepThroughTheFilesAndPassABrokenOne)
 {
     write(inProject(u"sh3.bmp"_s), "BM no picture");
