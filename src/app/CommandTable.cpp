@@ -52,7 +52,7 @@ std::span<const Command> commands()
         ROW("mnuAdmin", mnuDeleteProject, "&Delete Project(s)", "delete.svg", "", 0, always, true),
         ROW("mnuAdmin", mnuBackupDatabase, "&Backup a Database", "backup.svg", "", 0, always, false),
 
-        LATER("mnuSingleShot", mnuRegion, "&Region Snapshot", "region.svg", mHotKey::RegionShot, false),
+        ROW("mnuSingleShot", mnuRegion, "&Region Snapshot", "region.svg", "", mHotKey::RegionShot, always, false),
         ROW("mnuSingleShot", mnuActiveWindow, "&Active Window Snapshot", "active-window.svg", "", mHotKey::ActiveWindowShot, whenNoShotArmed, false),
         ROW("mnuSingleShot", mnuDesktop, "&Whole Desktop Snapshot", "desktop.svg", "", mHotKey::DesktopShot, whenNoShotArmed, false),
 

@@ -11,6 +11,9 @@ Cores::Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &
           grabbing, snapshots),
       delayedShot({state, *platform.screen, *platform.sound, prompter, workspace, *platform.programs},
                   grabbing),
+      regionShot({state, *platform.screen, *platform.sound, *platform.clock, *platform.inputHook, prompter,
+                  workspace, *platform.programs},
+                 snapshots),
       projects({state, database, directories, prompter, workspace, *platform.programs, *platform.clock}),
       documents(DocumentServices{state, database, directories, prompter, workspace, progress}),
       hotKeys(*platform.hotKeys)

@@ -3,6 +3,7 @@
 #include "capture/CaptureRun.h"
 #include "capture/DelayedShot.h"
 #include "capture/mHotKey.h"
+#include "capture/RegionShot.h"
 #include "documents/DocumentGeneration.h"
 #include "pagestore/ProjectCommands.h"
 #include "platform/RealPlatform.h"
@@ -21,6 +22,7 @@ struct Cores {
     RunRegistration registration;
     CaptureRun run;
     DelayedShot delayedShot;
+    RegionShot regionShot;
     ProjectCommands projects;
     DocumentGeneration documents;
     mHotKey hotKeys;

@@ -15,7 +15,7 @@ public:
         if (watching)
             m_hook.suspend();
         FailureBox::show(number, description);
-        if (watching && m_hook.running())
+        if (watching) // also when the run was stopped meanwhile: the next one must not stay suspended
             m_hook.resume(0);
     }
 

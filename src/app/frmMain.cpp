@@ -9,6 +9,7 @@
 #include "app/WidgetProgress.h"
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
+#include "capture/frmRegion.h"
 #include "pagestore/frmBackupDatabase.h"
 #include "pagestore/frmDelProj.h"
 #include "pagestore/Statements.h"
@@ -16,6 +17,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -233,6 +235,30 @@ void frmMain::HotKeyWindowProc(int id, std::uint32_t time)
 
 // ---- single snapshots
 // --------------------------------------------------------------------------------------
+
+void frmMain::mnuRegion_Click()
+{
+    if (!m_cores->regionShot.begin())
+        return;
+    m_region = std::make_unique<frmRegion>(m_cores->regionShot.frozenDesktop());
+    connect(m_region.get(), &frmRegion::unloaded, this, guarded(*m_failures, [this] { frmRegion_Unload(); }));
+    m_region->showOverDesktop();
+}
+
+void frmMain::frmRegion_Unload()
+{
+    const std::optional<QRect> region = m_region->region();
+    frmRegion *overlay = m_region.release();
+    // A box that was asked for meanwhile belongs to the overlay and may still be open.
+    if (const auto *box = overlay->findChild<QDialog *>())
+        connect(box, &QObject::destroyed, overlay, &QObject::deleteLater);
+    else
+        overlay->deleteLater();
+    if (region)
+        m_cores->regionShot.SaveRegionSnapshot(*region);
+    else
+        m_cores->regionShot.cancel();
+}
 
 void frmMain::mnuActiveWindow_Click()
 {

@@ -18,6 +18,7 @@ class RunView;
 class TabHost;
 class TrayIcon;
 class WidgetProgress;
+class frmRegion;
 
 /// The program's one top-level window: menus, toolbars, project box, the tabs of the child windows, tray
 /// icon. A thin shell: handlers read the controls, ask a core, show the result. Closing it ends the program.
@@ -44,6 +45,7 @@ public:
     void mnuIndexPage_Click();
     void mnuDeleteProject_Click();
     void mnuBackupDatabase_Click();
+    void mnuRegion_Click();
     void mnuActiveWindow_Click();
     void mnuDesktop_Click();
     void mnuHelpContents_Click();
@@ -102,6 +104,7 @@ private:
     void cmdIntoTray_Click();
     void stopBar_Stop();
     void Timer1_Timer();
+    void frmRegion_Unload();
 
     // Events of the input hook `sh`.
     void dispatchHookEvent(const InputEvent &event);
@@ -119,6 +122,7 @@ private:
     std::unique_ptr<Cores> m_cores;
     std::unique_ptr<CommandSet> m_commands;
     std::unique_ptr<TrayIcon> m_tray;
+    std::unique_ptr<frmRegion> m_region; ///< while a region is being drawn
     QString m_currentUser;
     int m_nextTabId = 1;
 

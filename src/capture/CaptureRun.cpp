@@ -213,8 +213,7 @@ void CaptureRun::tellFailure(const QString &reason)
     m_services.prompter.tell(Question::CommandFailed,
                              {u"This snapshot could not be taken. The capture goes on.\r\n\r\n"_s + reason,
                               m_services.state.AppTitle, Icon::Critical});
-    if (m_services.hook.running())
-        m_services.hook.resume(0);
+    m_services.hook.resume(0); // also when the run was stopped meanwhile
 }
 
 void CaptureRun::keyDown(int keyCode)

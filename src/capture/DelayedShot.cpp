@@ -1,5 +1,6 @@
 #include "capture/DelayedShot.h"
 
+#include "capture/ShowSnapshot.h"
 #include "platform/ImageFile.h"
 #include "platform/Rounding.h"
 #include "platform/RunTimeError.h"
@@ -83,7 +84,7 @@ void DelayedShot::take()
         return;
     }
     m_services.state.CurrentImagePath = path;
-    showImage();
+    showSnapshot(m_services.state, m_services.workspace, m_services.programs);
 }
 
 /// `refusal` is what the session says that gives no picture.
@@ -100,20 +101,4 @@ QImage DelayedShot::grab(QString &refusal)
     if (picture.isNull())
         throw RunTimeError(RunTimeError::InvalidPicture, u"The screen could not be grabbed."_s);
     return picture;
-}
-
-void DelayedShot::showImage()
-{
-    Module1 &state = m_services.state;
-    switch (state.AppOptions.OptionFlags[PaintTool]) {
-    case 0:
-        state.ImageFileRequested = true;
-        m_services.workspace.openViewer(ViewerSelection::CurrentImage);
-        break;
-    case 1:
-        m_services.programs.paint(state.AppOptions.PaintProgram, state.CurrentImagePath);
-        break;
-    default:
-        break;
-    }
 }

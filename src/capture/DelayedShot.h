@@ -42,7 +42,6 @@ public:
 private:
     void take();
     QImage grab(QString &refusal);
-    void showImage();
 
     Services m_services;
     ScreenGrabbing &m_grabbing;

@@ -139,6 +139,14 @@ TYPED_TEST_P(InputHookContract, DropsWhatHappensWhileSuspended)
     this->rig.click(80);
     this->runUntilSeen(80);
     EXPECT_EQ(this->seen, (Clicks{10, 60, 80}));
+
+    // Stopped while suspended: what resumes afterwards does so for the next start.
+    this->hook.suspend();
+    this->hook.stop();
+    this->hook.resume(0);
+    this->start();
+    this->rig.click(90);
+    this->runUntilSeen(90);
 }
 
 REGISTER_TYPED_TEST_SUITE_P(InputHookContract, DeliversInOrderAndOnlyThroughTheEventLoop,
