@@ -29,12 +29,19 @@ ViewerPicture::ViewerPicture(const Services &services)
 
 void ViewerPicture::UndoImage()
 {
-    m_image = m_history.undo(m_services.state.TextRetry);
+    showAgain(m_history.undo(m_services.state.TextRetry));
 }
 
 void ViewerPicture::RedoImage()
 {
-    m_image = m_history.redo();
+    showAgain(m_history.redo());
+}
+
+/// An earlier or later state is none that has been saved.
+void ViewerPicture::showAgain(const QImage &image)
+{
+    m_dirty = m_dirty || image.cacheKey() != m_image.cacheKey();
+    m_image = image;
 }
 
 void ViewerPicture::show(const QImage &image, const QString &path)
@@ -64,19 +71,19 @@ bool ViewerPicture::loadRequested()
     return true;
 }
 
-bool ViewerPicture::chooseFile(const QString &path, const QString &fileName)
+ViewerPicture::Choice ViewerPicture::chooseFile(const QString &path, const QString &fileName)
 {
     const Leaving leaving = askToLeave(fileName);
     if (leaving == Leaving::Refused)
-        return false;
+        return Choice::Cancelled;
     try {
         show(ImageFile::load(path), path);
     } catch (const RunTimeError &error) {
         m_dirty = leaving == Leaving::Discarded; // what is still shown may still be saved
         ShowErrMessage(0, error.description());
-        return false;
+        return Choice::Unreadable;
     }
-    return true;
+    return Choice::Shown;
 }
 
 bool ViewerPicture::OpenImage(const QString &fileName)

@@ -39,10 +39,11 @@ public:
     bool loadRequested();
 
     /// A file was chosen in the list: asks for unsaved changes first; `fileName` is the name proposed for
-    /// them. False when the user cancels or the file cannot be shown; the old picture stays then.
-    bool chooseFile(const QString &path, const QString &fileName);
+    /// them. The old picture stays when the user cancels or the file cannot be shown.
+    enum class Choice { Shown, Cancelled, Unreadable };
+    Choice chooseFile(const QString &path, const QString &fileName);
 
-    /// Asks for a file, after unsaved changes, and forgets the history. False as above.
+    /// Asks for a file, after unsaved changes, and forgets the history. False when the old picture stays.
     bool OpenImage(const QString &fileName);
 
     /// Before another picture replaces this one. Cancel: it must not be replaced, because the user says so
@@ -69,6 +70,7 @@ private:
     Leaving askToLeave(const QString &fileName);
     FilePrompt filePrompt() const;
     void show(const QImage &image, const QString &path);
+    void showAgain(const QImage &image);
     bool writeTo(const QString &path);
 
     Services m_services;

@@ -205,19 +205,22 @@ void frmVpic::selectFile(int row)
     if (row < 0)
         return;
     m_files->File1->mark(row);
-    if (std::exchange(m_refused, QString()) == m_files->pathOf(row))
-        return; // the user knows
+    const QString path = m_files->pathOf(row);
+    if (std::exchange(m_refused, QString()) == path || (m_picture.path() == path && !m_picture.dirty()))
+        return; // the user knows that it cannot be shown, or sees it
     runGuarded(m_failures, [this, row] { File1_Click(row); });
 }
 
 void frmVpic::File1_Click(int row)
 {
     m_tools.cancelGesture();
-    if (m_picture.chooseFile(m_files->pathOf(row), txtFileName->text())) {
-        pictureLoaded();
-    } else {
-        m_files->markFile(m_picture.path(), row);
-        updateButtons();
+    switch (m_picture.chooseFile(m_files->pathOf(row), txtFileName->text())) {
+    case ViewerPicture::Choice::Shown:
+        return pictureLoaded();
+    case ViewerPicture::Choice::Unreadable: // the keys go on beyond it
+        return m_files->markFile(m_picture.path(), row);
+    case ViewerPicture::Choice::Cancelled:
+        return m_files->markFile(m_picture.path());
     }
 }
 
@@ -304,6 +307,7 @@ void frmVpic::askText()
 void frmVpic::showDirectory(bool shown)
 {
     m_files->setVisible(shown);
+    (shown ? static_cast<QWidget *>(m_files->File1) : Picture1)->setFocus();
     ArrangeControls();
 }
 

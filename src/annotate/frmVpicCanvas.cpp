@@ -24,7 +24,7 @@ void PictureCanvas::pictureChanged()
     const QSizeF natural = QSizeF(m_picture.image().size()) / devicePixelRatioF();
     resize(static_cast<int>(std::ceil(natural.width())) + 2 * border,
            static_cast<int>(std::ceil(natural.height())) + 2 * border);
-    m_paintedBand = {};
+    m_paintedBand = bandRect();
     update();
 }
 
@@ -49,6 +49,9 @@ QRect PictureCanvas::bandRect() const
 void PictureCanvas::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
+    const QSize content = rect().size() - 2 * QSize(border, border);
+    if (QSizeF(content) * devicePixelRatioF() != QSizeF(m_picture.image().size()))
+        painter.fillRect(event->rect(), palette().window()); // a rest of a unit that the picture leaves
     painter.setPen(palette().color(QPalette::Dark));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
     // From here on in pixels of the picture, on whole pixels of the screen.
@@ -68,8 +71,11 @@ void PictureCanvas::paintEvent(QPaintEvent *event)
         Drawing::draw(painter, band->shape, band->from, band->to, Qt::black, Drawing::Mode::Invert);
 }
 
-QPoint PictureCanvas::twipsOf(QPointF position) const
+QPoint PictureCanvas::twipsOf(const QMouseEvent &event) const
 {
+    // Qt rounds what it tells a widget to whole units; what the window was told has the rest.
+    const QPointF rest = event.scenePosition() - event.scenePosition().toPoint();
+    const QPointF position = event.position().toPoint() + rest;
     const QPointF pixels = (position - QPointF(border, border)) * devicePixelRatioF();
     return QPoint(static_cast<int>(std::floor(pixels.x())), static_cast<int>(std::floor(pixels.y()))) *
            Drawing::twipsPerPixel;
@@ -85,18 +91,18 @@ AnnotationTools::Button buttonOf(const QMouseEvent &event)
 
 void PictureCanvas::mousePressEvent(QMouseEvent *event)
 {
-    Q_EMIT pressed(buttonOf(*event), twipsOf(event->position()));
+    Q_EMIT pressed(buttonOf(*event), twipsOf(*event));
 }
 
 void PictureCanvas::mouseMoveEvent(QMouseEvent *event)
 {
     if (event->buttons() & Qt::LeftButton)
-        Q_EMIT dragged(twipsOf(event->position()));
+        Q_EMIT dragged(twipsOf(*event));
 }
 
 void PictureCanvas::mouseReleaseEvent(QMouseEvent *event)
 {
-    Q_EMIT released(buttonOf(*event), twipsOf(event->position()));
+    Q_EMIT released(buttonOf(*event), twipsOf(*event));
 }
 
 void PictureCanvas::keyPressEvent(QKeyEvent *event)

@@ -34,7 +34,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    QPoint twipsOf(QPointF position) const;
+    QPoint twipsOf(const QMouseEvent &event) const;
     QRect bandRect() const;
 
     const ViewerPicture &m_picture;

@@ -30,7 +30,11 @@ protected:
                            },
                            [] {}}};
 
-    AnnotationToolsTest() { EXPECT_TRUE(picture.chooseFile(addPicture(u"a.bmp"_s, ground), u"a.bmp"_s)); }
+    AnnotationToolsTest()
+    {
+        EXPECT_EQ(picture.chooseFile(addPicture(u"a.bmp"_s, ground), u"a.bmp"_s),
+                  ViewerPicture::Choice::Shown);
+    }
 
     bool drag(const QString &tool, QPoint from, const std::vector<QPoint> &way, QPoint to)
     {
@@ -160,7 +164,7 @@ TEST_F(AnnotationToolsTest, PositionsFarOutAreKept)
     QImage wide(70'000, 2, QImage::Format_RGB32); // 1,050,000 twips
     wide.fill(ground);
     ImageFile::save(wide, inProject(u"wide.bmp"_s));
-    ASSERT_TRUE(picture.chooseFile(inProject(u"wide.bmp"_s), u"a.bmp"_s));
+    ASSERT_EQ(picture.chooseFile(inProject(u"wide.bmp"_s), u"a.bmp"_s), ViewerPicture::Choice::Shown);
     EXPECT_TRUE(drag(u"drawline"_s, at(69'997, 1), {}, at(69'999, 1)));
     EXPECT_EQ(drawn(Qt::black), u"69997,1 69998,1 69999,1"_s);
 }

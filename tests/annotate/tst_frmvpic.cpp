@@ -84,6 +84,10 @@ TEST_F(frmVpicTest, KeysStepThroughTheFilesAndPassABrokenOne)
     EXPECT_TRUE(QTest::qWaitFor([&] { return prompter.asked.size() == 2; }, patience));
     EXPECT_EQ(viewer.files().selectedRow(), 2);
     prompter.expectAsk(Question::SaveImageChanges, Answer::No);
+    prompter.expectTell(Question::ViewerFailed);
+    viewer.key(Qt::Key_Up); // from what is shown on, to the broken one
+    EXPECT_TRUE(QTest::qWaitFor([&] { return prompter.asked.size() == 4; }, patience));
+    prompter.expectAsk(Question::SaveImageChanges, Answer::No);
     viewer.form.selectFile(0);
     EXPECT_EQ(viewer.fileName(), u"sh2.bmp"_s);
     viewer.form.selectFile(-1);

@@ -19,7 +19,10 @@ protected:
     ViewerPicture viewer{{state, pages, prompter}};
 
     QColor shown() const { return viewer.image().pixelColor(0, 0); }
-    void choose(const QString &path) { EXPECT_TRUE(viewer.chooseFile(path, u"x.bmp"_s)); }
+    void choose(const QString &path)
+    {
+        EXPECT_EQ(viewer.chooseFile(path, u"x.bmp"_s), ViewerPicture::Choice::Shown);
+    }
     /// As a tool does.
     void draw(QColor colour)
     {
@@ -86,7 +89,7 @@ TEST_F(ViewerPictureTest, ChoosingAFileAsksForUnsavedChanges)
     draw(Qt::green);
 
     prompter.expectAsk(Question::SaveImageChanges, Answer::Cancel);
-    EXPECT_FALSE(viewer.chooseFile(red, u"b.bmp"_s));
+    EXPECT_EQ(viewer.chooseFile(red, u"b.bmp"_s), ViewerPicture::Choice::Cancelled);
     EXPECT_EQ(prompter.asked.back().title, u"Save Changes?"_s);
     EXPECT_TRUE(viewer.dirty());
     EXPECT_EQ(shown(), QColor(Qt::green));
@@ -94,7 +97,7 @@ TEST_F(ViewerPictureTest, ChoosingAFileAsksForUnsavedChanges)
 
     prompter.expectAsk(Question::SaveImageChanges, Answer::Yes);
     prompter.expectFile(Question::SaveImageAs, blue);
-    EXPECT_TRUE(viewer.chooseFile(red, u" b.bmp "_s));
+    EXPECT_EQ(viewer.chooseFile(red, u" b.bmp "_s), ViewerPicture::Choice::Shown);
     EXPECT_EQ(prompter.asked.back().proposal, u"b.bmp"_s);
     EXPECT_EQ(prompter.asked.back().directory, state.AppOptions.BaseDirectory + u"/Demo"_s);
     EXPECT_EQ(colourOf(blue), QColor(Qt::green));
@@ -103,7 +106,7 @@ TEST_F(ViewerPictureTest, ChoosingAFileAsksForUnsavedChanges)
 
     draw(Qt::yellow);
     prompter.expectAsk(Question::SaveImageChanges, Answer::No);
-    EXPECT_TRUE(viewer.chooseFile(blue, u"a.bmp"_s));
+    EXPECT_EQ(viewer.chooseFile(blue, u"a.bmp"_s), ViewerPicture::Choice::Shown);
     EXPECT_EQ(colourOf(red), QColor(Qt::red));
     viewer.UndoImage();
     EXPECT_EQ(shown(), QColor(Qt::yellow)) << "the history goes on";
@@ -116,7 +119,7 @@ TEST_F(ViewerPictureTest, AFileThatCannotBeShownLeavesEverythingAsItWas)
     write(inProject(u"empty.bmp"_s), "");
     for (const QString &name : {u"bad.bmp"_s, u"empty.bmp"_s, u"none.bmp"_s}) {
         prompter.expectTell(Question::ViewerFailed);
-        EXPECT_FALSE(viewer.chooseFile(inProject(name), u"a.bmp"_s));
+        EXPECT_EQ(viewer.chooseFile(inProject(name), u"a.bmp"_s), ViewerPicture::Choice::Unreadable);
         EXPECT_TRUE(prompter.asked.back().text.startsWith(u"Shotly: "_s));
         EXPECT_TRUE(prompter.asked.back().text.contains(name));
         EXPECT_EQ(prompter.asked.back().icon, Icon::Critical);
@@ -129,12 +132,12 @@ TEST_F(ViewerPictureTest, AFileThatCannotBeShownLeavesEverythingAsItWas)
     draw(Qt::green);
     prompter.expectAsk(Question::SaveImageChanges, Answer::No);
     prompter.expectTell(Question::ViewerFailed);
-    EXPECT_FALSE(viewer.chooseFile(inProject(u"bad.bmp"_s), u"a.bmp"_s));
+    EXPECT_EQ(viewer.chooseFile(inProject(u"bad.bmp"_s), u"a.bmp"_s), ViewerPicture::Choice::Unreadable);
     EXPECT_TRUE(viewer.dirty());
     prompter.expectAsk(Question::SaveImageChanges, Answer::Yes);
     prompter.expectFile(Question::SaveImageAs, red);
     prompter.expectTell(Question::ViewerFailed);
-    EXPECT_FALSE(viewer.chooseFile(inProject(u"bad.bmp"_s), u"a.bmp"_s));
+    EXPECT_EQ(viewer.chooseFile(inProject(u"bad.bmp"_s), u"a.bmp"_s), ViewerPicture::Choice::Unreadable);
     EXPECT_FALSE(viewer.dirty());
 }
 
@@ -159,6 +162,9 @@ TEST_F(ViewerPictureTest, SavingWritesTheDrawingAndNothingElse)
     EXPECT_TRUE(viewer.SaveImage(u"b.bmp"_s));
     EXPECT_EQ(colourOf(blue), QColor(Qt::green));
 
+    EXPECT_FALSE(viewer.dirty());
+    viewer.UndoImage();
+    EXPECT_TRUE(viewer.dirty()) << "that is not what was saved";
     prompter.expectFile(Question::SaveImageAs, inProject(u"new.PNG"_s));
     EXPECT_TRUE(viewer.SaveImage(u"b.bmp"_s));
     EXPECT_TRUE(read(inProject(u"new.PNG"_s)).startsWith("\x89PNG"));
@@ -181,7 +187,7 @@ TEST_F(ViewerPictureTest, WhatCannotBeWrittenStaysUnsaved)
     prompter.expectAsk(Question::SaveImageChanges, Answer::Yes);
     prompter.expectFile(Question::SaveImageAs, nowhere);
     prompter.expectTell(Question::SaveImageFailed);
-    EXPECT_FALSE(viewer.chooseFile(blue, u"a.bmp"_s));
+    EXPECT_EQ(viewer.chooseFile(blue, u"a.bmp"_s), ViewerPicture::Choice::Cancelled);
     EXPECT_EQ(shown(), QColor(Qt::green));
 
     prompter.expectAsk(Question::SaveImageChangesOnClose, Answer::Yes);

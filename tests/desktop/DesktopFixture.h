@@ -11,6 +11,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <functional>
+
 constexpr int desktopPatience = 10'000; // milliseconds
 
 /// The main window on a real display: real clicks and keys, real window manager, real database.
@@ -23,7 +25,8 @@ protected:
     FakePrograms *programs = nullptr;
     std::unique_ptr<frmMain> window;
 
-    DesktopTest()
+    /// `prepare` changes the state that the window is made with.
+    explicit DesktopTest(const std::function<void(Module1 &)> &prepare = [](Module1 &) {})
     {
         auto opener = std::make_unique<FakePrograms>();
         programs = opener.get();
@@ -31,14 +34,21 @@ protected:
         state.AppOptions.ShowLessMessage = 1;
         state.AppOptions.HotKeyNames.fill(QStringLiteral("none"));
         state.AppOptions.HotKeyNames[4] = QStringLiteral("Ctrl-F6");
+        prepare(state);
+        // The first thing to do is to type a name, or to look at the picture that was asked for.
+        const QString first =
+            state.CommandLinePath.isEmpty() ? QStringLiteral("cmbProj") : QStringLiteral("File1");
         Appearance::apply(*qApp);
         window = std::make_unique<frmMain>(state, platform, user, settings);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
         EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, desktopPatience));
-        // The first thing to do is to type a name.
-        EXPECT_TRUE(QTest::qWaitFor([this] { return control(QStringLiteral("cmbProj"))->hasFocus(); },
-                                    desktopPatience));
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                const auto *control = window->findChild<QWidget *>(first);
+                return control && control->hasFocus();
+            },
+            desktopPatience));
     }
     ~DesktopTest() override
     {
@@ -62,7 +72,12 @@ protected:
                  QString::number(button), QStringLiteral("sleep"), QStringLiteral("0.05"),
                  QStringLiteral("mouseup"), QString::number(button)});
     }
-    static QPoint middleOf(const QWidget *widget) { return widget->mapToGlobal(widget->rect().center()); }
+    /// In pixels of the screen, as everything that goes to the X server.
+    static QPoint middleOf(const QWidget *widget)
+    {
+        return (widget->mapToGlobal(widget->rect().toRectF().center()) * widget->devicePixelRatioF())
+            .toPoint();
+    }
     QWidget *control(const QString &name)
     {
         auto *found = window->findChild<QWidget *>(name);
