@@ -159,8 +159,16 @@ TEST_F(AnnotationToolsTest, TheRightButtonMakesThePictureChangedButDrawsNothing)
     EXPECT_EQ(drawn(Qt::black), u"2,2 3,2 4,2"_s);
 }
 
+TEST(Drawing, ColoursAreCountedWithRedInTheLowByte)
+{
+    EXPECT_EQ(Drawing::value(Drawing::palette()[1]), 8388608U); // navy
+    EXPECT_EQ(Drawing::value(Drawing::palette()[12]), 255U);
+    EXPECT_EQ(Drawing::fromValue(8388608), QColor(0, 0, 128));
+}
+
 TEST_F(AnnotationToolsTest, PositionsFarOutAreKept)
 {
+    EXPECT_EQ(Drawing::toPixel({-1, -16}), QPoint(-1, -2)) << "left of the picture is not in it";
     QImage wide(70'000, 2, QImage::Format_RGB32); // 1,050,000 twips
     wide.fill(ground);
     ImageFile::save(wide, inProject(u"wide.bmp"_s));
