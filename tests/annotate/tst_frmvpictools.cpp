@@ -88,6 +88,22 @@ TEST_F(frmVpicTest, ATextIsPlacedTakenBackAndPlacedAgain)
     viewer.form.close();
 }
 
+TEST_F(frmVpicTest, DeletingAFileLeavesAViewerWhoseDrawingCannotBeSaved)
+{
+    ShownViewer viewer(services);
+    viewer.form.selectFile(0);
+    QTest::mouseClick(&viewer.canvas(), Qt::RightButton);
+    prompter.expectAsk(Question::DeleteImage, Answer::Yes);
+    prompter.expectAsk(Question::SaveImageChangesOnClose, Answer::Yes);
+    prompter.expectFile(Question::SaveImageAs, inProject(u"none/a.bmp"_s));
+    prompter.expectTell(Question::SaveImageFailed);
+    viewer.press(u"pDelete"_s);
+    EXPECT_EQ(workspace.calls, QStringList{u"refresh"_s});
+    EXPECT_TRUE(viewer.form.isVisible());
+    prompter.expectAsk(Question::SaveImageChangesOnClose, Answer::No);
+    viewer.form.close();
+}
+
 TEST_F(frmVpicTest, DeletingClosesTheTab)
 {
     ShownViewer viewer(services);
