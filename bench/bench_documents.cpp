@@ -60,6 +60,14 @@ public:
     {
         give(title);
     }
+    std::optional<QColor> chooseColour(Question /*which*/, QColor /*present*/) override
+    {
+        give(QStringLiteral("colour"));
+    }
+    std::optional<QFont> chooseFont(Question /*which*/, const QFont & /*present*/) override
+    {
+        give(QStringLiteral("font"));
+    }
     std::unique_ptr<PrintJob> choosePrinter(Question /*which*/) override { give(QStringLiteral("print")); }
 
 private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QColor>
+#include <QFont>
 #include <QString>
 #include <QStringList>
 
@@ -97,6 +99,16 @@ enum class Question {
     ViewerFailed,
     ConfirmTextPlace,
     ClickTextPlace,
+    // paint editor
+    PaintSaveChanges,
+    PaintOpen,
+    PaintSaveAs,
+    PaintOpenFailed,
+    PaintSaveFailed,
+    PaintReplaceFile,
+    PaintColour,
+    PaintFont,
+    PaintPrintFailed,
     // documents
     NoPagesForDocuments,
     OverwriteContentsPage,
@@ -164,4 +176,8 @@ public:
     /// Lets the user choose a printer, copies and orientation; null when he cancels. Throws RunTimeError
     /// when there is nothing to print with.
     virtual std::unique_ptr<PrintJob> choosePrinter(Question which) = 0;
+
+    /// Lets the user choose a colour or a font; nothing when he cancels.
+    virtual std::optional<QColor> chooseColour(Question which, QColor present) = 0;
+    virtual std::optional<QFont> chooseFont(Question which, const QFont &present) = 0;
 };

@@ -29,6 +29,9 @@ public:
     /// ImageFileRequested is set, and its folder, else the folder of the project.
     virtual void openViewer(ViewerSelection select) = 0;
 
+    /// Shows a picture file in the paint editor; an empty path shows the editor as it is.
+    virtual void openPaintEditor(const QString &path) = 0;
+
     /// Shows Module1::ContentsPagePath in the browser, as a tab "Contents".
     virtual void openContentsPage() = 0;
 

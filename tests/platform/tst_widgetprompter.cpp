@@ -166,3 +166,22 @@ TEST(WidgetPrompterTest, APrinterOrAFileInItsPlace)
     job->finish();
     EXPECT_TRUE(contents(path).startsWith("%PDF"));
 }
+
+TEST(WidgetPrompterTest, ColoursAndFonts)
+{
+    WidgetPrompter prompter;
+    const QColor present(10, 20, 30);
+    whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Ok); });
+    EXPECT_EQ(prompter.chooseColour(Question::PaintColour, present), present);
+    whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Cancel); });
+    EXPECT_EQ(prompter.chooseColour(Question::PaintColour, present), std::nullopt);
+
+    QFont font = QApplication::font();
+    font.setPointSize(24);
+    whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Ok); });
+    const auto chosen = prompter.chooseFont(Question::PaintFont, font);
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(chosen->pointSize(), 24);
+    whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Cancel); });
+    EXPECT_EQ(prompter.chooseFont(Question::PaintFont, font), std::nullopt);
+}

@@ -85,6 +85,19 @@ public:
         const std::optional<QString> path = next(Kind::File, {which, {}, {}, Icon::None, {}, {}}).text;
         return path ? std::make_unique<PdfJob>(*path, printOrientation) : nullptr;
     }
+    /// The text of an answer is a colour's or a font's name.
+    void expectColour(Question which, std::optional<QString> answer) { expectFile(which, std::move(answer)); }
+    std::optional<QColor> chooseColour(Question which, QColor present) override
+    {
+        const auto answer = next(Kind::File, {which, present.name(), {}, Icon::None, {}, {}}).text;
+        return answer ? std::optional(QColor(*answer)) : std::nullopt;
+    }
+    std::optional<QFont> chooseFont(Question which, const QFont &present) override
+    {
+        const auto answer = next(Kind::File, {which, present.toString(), {}, Icon::None, {}, {}}).text;
+        QFont font;
+        return answer && font.fromString(*answer) ? std::optional(font) : std::nullopt;
+    }
     QPageLayout::Orientation printOrientation = QPageLayout::Portrait; ///< what the user chooses
 
 private:

@@ -3,8 +3,10 @@
 #include "platform/qt/QtPrintJob.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
@@ -59,7 +61,8 @@ bool defaultIsNo(Question which)
 {
     return which == Question::OverwriteContentsPage || which == Question::OverwriteHtmlFile ||
            which == Question::ReplaceImageFile || which == Question::DeleteImage ||
-           which == Question::DeleteProject || which == Question::DeleteAllProjects;
+           which == Question::PaintReplaceFile || which == Question::DeleteProject ||
+           which == Question::DeleteAllProjects;
 }
 
 void prepare(QMessageBox &box, const PromptText &prompt)
@@ -174,4 +177,24 @@ std::unique_ptr<PrintJob> WidgetPrompter::choosePrinter(Question)
         return nullptr;
     job->begin();
     return job;
+}
+
+std::optional<QColor> WidgetPrompter::chooseColour(Question, QColor present)
+{
+    QColorDialog dialog(present, visibleParent());
+    standAlone(dialog);
+    dialog.setOption(QColorDialog::DontUseNativeDialog);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.currentColor();
+}
+
+std::optional<QFont> WidgetPrompter::chooseFont(Question, const QFont &present)
+{
+    QFontDialog dialog(present, visibleParent());
+    standAlone(dialog);
+    dialog.setOption(QFontDialog::DontUseNativeDialog);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.currentFont();
 }

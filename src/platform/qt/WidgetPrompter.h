@@ -18,6 +18,8 @@ public:
     std::optional<QString> saveFile(Question which, const FilePrompt &prompt) override;
     std::optional<QString> pickFolder(Question which, const QString &title, const QString &start) override;
     std::unique_ptr<PrintJob> choosePrinter(Question which) override;
+    std::optional<QColor> chooseColour(Question which, QColor present) override;
+    std::optional<QFont> chooseFont(Question which, const QFont &present) override;
 
     /// Name filters in Qt's form: "Image Files (*.bmp)|*.bmp" becomes "Image Files (*.bmp)".
     static QStringList nameFilters(const QString &filter);
