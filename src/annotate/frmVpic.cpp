@@ -49,6 +49,7 @@ std::span<const frmVpic::Row, frmVpic::commandCount> frmVpic::rows()
         {u"PrintPic", u"Print image file", u"print", QKeySequence::Print, false},
         {u"pDelete", u"Delete an image file", u"delete-image", QKeySequence::UnknownKey, false},
         {u"pHelp", u"Help", u"viewer-help", QKeySequence::UnknownKey, false},
+        {u"PaintEditor", u"Paint Editor", u"viewer-paint", QKeySequence::UnknownKey, false},
     };
     return table;
 }
@@ -286,6 +287,8 @@ void frmVpic::tlbmain_ButtonClick(Command command)
         return DeleteImage();
     case Help:
         return openHelp();
+    case Paint:
+        return m_services.workspace.openPaintEditor(m_picture.path());
     }
 }
 

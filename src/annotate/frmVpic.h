@@ -49,9 +49,9 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    /// Buttons of `tlbmain`, in their order.
-    enum Command { DrawText, DrawBox, DrawLine, Undo, Redo, Save, Hide, Show, Print, Delete, Help };
-    static constexpr std::size_t commandCount = Help + 1;
+    /// Buttons of `tlbmain`, in their order; the last one leads to the paint editor.
+    enum Command { DrawText, DrawBox, DrawLine, Undo, Redo, Save, Hide, Show, Print, Delete, Help, Paint };
+    static constexpr std::size_t commandCount = Paint + 1;
     struct Row;
     static std::span<const Row, commandCount> rows();
 

@@ -43,6 +43,7 @@ std::span<const Command> commands()
         ROW("mnuMulti", mnuFileExit, "&Exit", "exit.svg", "Ctrl+Q", 0, always, true),
 
         ROW("mnuView", mnuViewScreenShot, "Edit Snapshot Image Files", "painter.svg", "", mHotKey::UsePainterTool, always, false),
+        ROW("mnuView", mnuPaintEditor, "Paint &Editor", "paint-editor.svg", "", 0, always, false),
         LATER("mnuView", mnuViewWord, "Open Word or PDF Document", "word.svg", mHotKey::ViewWordOrPdf, false),
         ROW("mnuView", mnuIndexPage, "View HTML Document", "html.svg", "", mHotKey::ViewIndexPage, always, false),
         ROW("mnuView", mnuPageGrid, "View Page List", "page-grid.svg", "", 0, always, true),

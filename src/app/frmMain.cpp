@@ -13,6 +13,7 @@
 #include "pagestore/frmBackupDatabase.h"
 #include "pagestore/frmDelProj.h"
 #include "pagestore/Statements.h"
+#include "paint/frmPaint.h"
 #include "platform/qt/TrayIcon.h"
 
 #include <QApplication>
@@ -324,6 +325,11 @@ void frmMain::mnuOddProject_Click()
 void frmMain::mnuViewScreenShot_Click()
 {
     m_cores->projects.openImages();
+}
+
+void frmMain::mnuPaintEditor_Click()
+{
+    openPaintEditor(m_state.CurrentImagePath);
 }
 
 // ---- administration

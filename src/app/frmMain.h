@@ -18,6 +18,7 @@ class RunView;
 class TabHost;
 class TrayIcon;
 class WidgetProgress;
+class frmPaint;
 class frmRegion;
 
 /// The program's one top-level window: menus, toolbars, project box, the tabs of the child windows, tray
@@ -40,6 +41,7 @@ public:
     void mnuPageGrid_Click();
     void mnuOddProject_Click();
     void mnuViewScreenShot_Click();
+    void mnuPaintEditor_Click();
     void mnuCreateHTML_Click();
     void mnuFileExit_Click();
     void mnuIndexPage_Click();
@@ -72,6 +74,7 @@ public:
     void addProjectName(const QString &name) override;
     void removeProjectName(const QString &name) override;
     void openViewer(ViewerSelection select) override;
+    void openPaintEditor(const QString &path) override;
     void openContentsPage() override;
     void openPageEditor(const QString &caption) override;
     void openPageList(const QString &caption) override;
@@ -121,6 +124,7 @@ private:
     std::unique_ptr<WidgetProgress> m_progress;
     std::unique_ptr<Cores> m_cores;
     std::unique_ptr<CommandSet> m_commands;
+    std::unique_ptr<frmPaint> m_paint; ///< made when it is first asked for
     std::unique_ptr<TrayIcon> m_tray;
     std::unique_ptr<frmRegion> m_region; ///< while a region is being drawn
     QString m_currentUser;

@@ -11,6 +11,7 @@
 #include "app/WorkingSpace.h"
 #include "pagestore/frmPageData1.h"
 #include "pagestore/frmPageList.h"
+#include "paint/frmPaint.h"
 #include "platform/qt/TrayIcon.h"
 #include "platform/RunTimeError.h"
 
@@ -91,6 +92,13 @@ void frmMain::openCommandLinePicture()
         m_prompter.tell(Question::OpenFailed, {u"%1 cannot be found."_s.arg(m_state.CurrentImagePath),
                                                m_state.AppTitle, Icon::Exclamation});
     openViewer(ViewerSelection::CurrentImage);
+}
+
+void frmMain::openPaintEditor(const QString &path)
+{
+    if (!m_paint)
+        m_paint = std::make_unique<frmPaint>(frmPaint::Services{m_state, m_prompter, *this});
+    m_paint->showPic(path);
 }
 
 /// Without a browser of our own the desktop's program shows the page.
@@ -235,7 +243,7 @@ void frmMain::closeEvent(QCloseEvent *event)
     // The window manager's own button sends no click: all that has happened by now counts.
     runGuarded(*m_failures, [this] { m_cores->run.stop(0); });
     runGuarded(*m_failures, [this] { mnuSaveWorkingSpace_Click(); });
-    if (!m_tabs->closeAll()) {
+    if ((m_paint && !m_paint->close()) || !m_tabs->closeAll()) {
         event->ignore();
         return;
     }

@@ -95,6 +95,7 @@ void frmPageData1::connectButtons()
         {m_ui->cmdRefresh, &frmPageData1::cmdRefresh_Click},
         {m_ui->cmdSpellCheck, &frmPageData1::cmdSpellCheck_Click},
         {m_ui->cmdOpenPic, &frmPageData1::cmdOpenPic_Click},
+        {m_ui->cmdPaintEditor, &frmPageData1::cmdPaintEditor_Click},
         {m_ui->cmdViewHTML, &frmPageData1::cmdViewHTML_Click},
     };
     for (const auto &[button, handler] : handlers)
@@ -307,18 +308,33 @@ void frmPageData1::cmdBrowse_Click(int index)
         box(files[index].first).enter(*path);
 }
 
-void frmPageData1::cmdOpenPic_Click()
+/// Empty, and the user has been told, where there is no file.
+QString frmPageData1::imagePath()
 {
-    Module1 &state = m_services.state;
     const QString path = box(ScreenShotFilePath).text();
     if (path.isEmpty()) {
         tell(Question::ImagePathEmpty, u"Screenshot file path is empty."_s);
-        return;
+        return {};
     }
-    if (!state.FileSystem.fileExists(path)) {
+    if (!m_services.state.FileSystem.fileExists(path)) {
         tell(Question::ImageFileMissing, u"Screenshot file not exist."_s);
-        return;
+        return {};
     }
+    return path;
+}
+
+void frmPageData1::cmdPaintEditor_Click()
+{
+    if (const QString path = imagePath(); !path.isEmpty())
+        m_services.workspace.openPaintEditor(path);
+}
+
+void frmPageData1::cmdOpenPic_Click()
+{
+    Module1 &state = m_services.state;
+    const QString path = imagePath();
+    if (path.isEmpty())
+        return;
     state.CurrentImagePath = path;
     state.ImageFileRequested = true;
     switch (state.AppOptions.OptionFlags[PaintTool]) {

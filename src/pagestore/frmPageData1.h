@@ -83,6 +83,8 @@ private:
     void cmdSpellCheck_Click();
     void cmdBrowse_Click(int index);
     void cmdOpenPic_Click();
+    void cmdPaintEditor_Click();
+    QString imagePath();
     void cmdViewHTML_Click();
     template <typename Action>
     bool onRows(Action action);

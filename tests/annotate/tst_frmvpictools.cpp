@@ -120,7 +120,8 @@ TEST_F(frmVpicTest, KeysOfTheViewer)
     ShownViewer viewer(services);
     viewer.form.selectFile(0);
     QTest::keyClick(&viewer.files(), Qt::Key_F1);
-    EXPECT_EQ(workspace.calls, QStringList{u"help notes.htm"_s});
+    viewer.press(u"PaintEditor"_s);
+    EXPECT_EQ(workspace.calls, (QStringList{u"help notes.htm"_s, u"paint "_s + first}));
     prompter.expectFile(Question::OpenImage, second);
     QTest::keyClick(&viewer.files(), Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(viewer.fileName(), u"sh10.bmp"_s);

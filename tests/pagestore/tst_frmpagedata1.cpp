@@ -138,7 +138,6 @@ TEST_F(PageEditorTest, WhatIsTypedIsInTheDatabaseAfterSave)
     EXPECT_TRUE(shown(u"cmdDelete"_s) && shown(u"cmdRefresh"_s));
     EXPECT_FALSE(shown(u"cmdUpdate"_s));
 
-    // In the browsing state Ctrl+S saves as well.
     type(SubTitle, u"by key"_s);
     QTest::keyClick(box(SubTitle), Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(stored(u"SubTitle"_s, 1), u"by key"_s);
@@ -345,7 +344,8 @@ TEST_F(PageEditorTest, ThePaintButtonSaysWhatIsMissingAndOpensTheRest)
     write(inProject(u"a.bmp"_s), "picture");
     QTest::mouseDClick(control<QLabel>(u"lblThumbnail"_s), Qt::LeftButton);
     EXPECT_EQ(state.CurrentImagePath, inProject(u"a.bmp"_s));
-    EXPECT_EQ(workspace.calls, QStringList{u"viewer"_s});
+    press(u"cmdPaintEditor"_s);
+    EXPECT_EQ(workspace.calls, (QStringList{u"viewer"_s, u"paint "_s + inProject(u"a.bmp"_s)}));
     state.AppOptions.OptionFlags[PaintTool] = 1;
     press(u"cmdOpenPic"_s);
     EXPECT_EQ(programs.painted, QStringList{u" "_s + inProject(u"a.bmp"_s)});

@@ -1,0 +1,331 @@
+#include "paint/frmPaint.h"
+
+#include "paint/CursorFile.h"
+#include "paint/frmPaintPanels.h"
+#include "platform/ImageFile.h"
+#include "support/FakeWorkspace.h"
+#include "support/ScriptedPrompter.h"
+#include "support/TestState.h"
+
+#include <gtest/gtest.h>
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+/// The editor with a picture of which every pixel is different, 60 x 40.
+class frmPaintTest : public ::testing::Test, protected TestState
+{
+protected:
+    ScriptedPrompter prompter;
+    FakeWorkspace workspace;
+    QString path = folder.filePath(u"picture.bmp"_s);
+    QImage original{60, 40, QImage::Format_RGB32};
+    frmPaint form{{state, prompter, workspace}};
+
+    frmPaintTest()
+    {
+        for (int y = 0; y < original.height(); ++y)
+            for (int x = 0; x < original.width(); ++x)
+                original.setPixel(x, y, qRgb((4 * x + 7 * y) % 256, (5 * x + 6 * y) % 256, x * y % 256));
+        ImageFile::save(original, path);
+        form.showPic(path);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
+    }
+    ~frmPaintTest() override
+    {
+        if (form.windowTitle().isEmpty())
+            ADD_FAILURE() << "no title";
+    }
+
+    template <typename Control>
+    Control &control(const QString &name)
+    {
+        auto *found = form.findChild<Control *>(name);
+        EXPECT_TRUE(found) << name.toStdString();
+        return *found;
+    }
+    QWidget &canvas() { return control<QWidget>(u"picPaint"_s); }
+    void tool(int index)
+    {
+        QTest::mouseClick(&control<QToolButton>(u"optTools_%1"_s.arg(index)), Qt::LeftButton);
+    }
+    void menu(const QString &name)
+    {
+        auto &action = control<QAction>(name);
+        EXPECT_TRUE(action.isEnabled()) << name.toStdString();
+        action.trigger();
+    }
+    /// On the canvas, in its units.
+    void drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::mousePress(&canvas(), Qt::LeftButton, modifiers, from);
+        QTest::mouseMove(&canvas(), to);
+        QTest::mouseRelease(&canvas(), Qt::LeftButton, modifiers, to);
+    }
+    void click(QPoint at, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::mouseClick(&canvas(), button, modifiers, at);
+    }
+    /// As it is on the screen, without the overlay of a finished gesture.
+    QImage shown() { return canvas().grab().toImage().convertToFormat(QImage::Format_RGB32); }
+    QString status() { return control<QLabel>(u"statusText"_s).text(); }
+    QString position() { return control<QLabel>(u"statusPosition"_s).text(); }
+    void closeUnsaved()
+    {
+        prompter.expectAsk(Question::PaintSaveChanges, Answer::No);
+        EXPECT_TRUE(form.close());
+    }
+};
+} // namespace
+
+TEST_F(frmPaintTest, ItShowsThePictureAndBeginsWithThePencil)
+{
+    EXPECT_EQ(shown(), original);
+    EXPECT_EQ(form.windowTitle(), path + u" - Easel"_s);
+    EXPECT_TRUE(control<QToolButton>(u"optTools_4"_s).isChecked());
+    EXPECT_EQ(status(), u"Draws using a pencil with the selected dot size"_s);
+    EXPECT_FALSE(control<QAction>(u"mnuUndo"_s).isEnabled());
+    EXPECT_FALSE(control<QAction>(u"mnuRedo"_s).isEnabled());
+    EXPECT_FALSE(control<QAction>(u"mnuCrop"_s).isEnabled());
+    EXPECT_TRUE(control<QAction>(u"mnuFilterTools_2"_s).isChecked());
+    EXPECT_EQ(control<QAction>(u"mnuFilterTools_2"_s).text(), u"&Light"_s);
+
+    drag({5, 5}, {9, 5});
+    for (int x = 5; x <= 9; ++x)
+        original.setPixel(x, 5, qRgb(0, 0, 0));
+    EXPECT_EQ(shown(), original);
+    EXPECT_EQ(position(), u"9,5"_s);
+    prompter.expectAsk(Question::PaintSaveChanges, Answer::Cancel);
+    EXPECT_FALSE(form.close());
+    prompter.expectAsk(Question::PaintSaveChanges, Answer::Yes);
+    EXPECT_TRUE(form.close());
+    EXPECT_EQ(QImage(path).convertToFormat(QImage::Format_RGB32), original);
+}
+
+TEST_F(frmPaintTest, PanelsBelongToTheTools)
+{
+    const auto panels = [this] {
+        QString shownPanels;
+        for (const QString &name : {u"fraOptDot"_s, u"fraOptFill"_s, u"fraBrush"_s})
+            shownPanels += control<QWidget>(name).isVisible() ? u'1' : u'0';
+        return shownPanels;
+    };
+    const QStringList expected{u"000"_s, u"000"_s, u"100"_s, u"000"_s, u"100"_s, u"100"_s,
+                               u"110"_s, u"110"_s, u"000"_s, u"100"_s, u"100"_s, u"110"_s,
+                               u"110"_s, u"100"_s, u"100"_s, u"000"_s, u"001"_s, u"000"_s};
+    for (int index = 0; index < 18; ++index) {
+        tool(index);
+        EXPECT_EQ(panels(), expected[index]) << index;
+        if (index == 14)
+            control<QMenu>(u"mnuTFilter"_s).close();
+    }
+}
+
+TEST_F(frmPaintTest, AShapeTakesColourWidthAndFilling)
+{
+    tool(6);
+    QTest::mouseClick(&control<QToolButton>(u"shpRect_1"_s), Qt::LeftButton);
+    QTest::mouseClick(&control<QLabel>(u"lblColor_7"_s), Qt::LeftButton);   // red
+    QTest::mouseClick(&control<QLabel>(u"lblColor_11"_s), Qt::RightButton); // yellow
+    QTest::mousePress(&canvas(), Qt::LeftButton, {}, {10, 10});
+    QTest::mouseMove(&canvas(), {14, 13});
+    EXPECT_TRUE(position().endsWith(u"5x4"_s)) << position().toStdString();
+    EXPECT_EQ(status(), u"Press and hold down SHIFT to draw a square"_s);
+    EXPECT_NE(shown(), original) << "the band is seen";
+    QTest::mouseRelease(&canvas(), Qt::LeftButton, {}, {14, 13});
+    for (int y = 10; y <= 13; ++y)
+        for (int x = 10; x <= 14; ++x)
+            original.setPixel(x, y,
+                              x == 10 || x == 14 || y == 10 || y == 13 ? qRgb(255, 0, 0) : qRgb(255, 255, 0));
+    EXPECT_EQ(shown(), original);
+
+    // Pick Color: the left button takes the foreground, the right one the other.
+    tool(1);
+    click({12, 11});
+    click({50, 30}, Qt::RightButton);
+    auto &colours = *form.findChild<ColourPanel *>();
+    EXPECT_EQ(colours.foreground(), QColor(255, 255, 0));
+    EXPECT_EQ(colours.fill(), QColor(154, 174, 220)); // 410, 430 and 1500, each modulo 256
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, EveryCommandIsUndoneAndRedone)
+{
+    tool(0);
+    const QStringList commands{u"mnuFlipHorizontal"_s, u"mnuFlipVertical"_s, u"mnuInvert"_s,
+                               u"mnuClear"_s,          u"mnuResize_50"_s,    u"mnuResize_150"_s,
+                               u"mnuRotate_45"_s,      u"mnuRotate_90"_s,    u"mnuRotate_180"_s,
+                               u"mnuFilter_0"_s,       u"mnuFilter_1"_s,     u"mnuFilter_2"_s,
+                               u"mnuFilter_3"_s,       u"mnuFilter_4"_s,     u"mnuFilter_5"_s,
+                               u"mnuFilter_6"_s,       u"mnuFilter_7"_s,     u"mnuFilter_8"_s,
+                               u"mnuFilter_11"_s,      u"mnuFilter_12"_s,    u"mnuFilter_13"_s};
+    for (const QString &command : commands) {
+        menu(command);
+        const QImage changed = shown();
+        EXPECT_NE(changed, original) << command.toStdString();
+        menu(u"mnuUndo"_s);
+        EXPECT_EQ(shown(), original) << command.toStdString();
+        menu(u"mnuRedo"_s);
+        EXPECT_EQ(shown(), changed) << command.toStdString();
+        menu(u"mnuUndo"_s);
+    }
+    EXPECT_FALSE(control<QAction>(u"mnuUndo"_s).isEnabled());
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, EffectsFollowTheChoicesOfTheirMenus)
+{
+    menu(u"mnuResizeSide_1"_s); // the width alone
+    menu(u"mnuResize_50"_s);
+    EXPECT_EQ(shown().size(), QSize(30, 40));
+    menu(u"mnuUndo"_s);
+    menu(u"mnuRotate_90"_s);
+    EXPECT_EQ(shown().size(), QSize(40, 60));
+    EXPECT_EQ(shown().pixel(39, 0), original.pixel(0, 0)) << "clockwise";
+    menu(u"mnuUndo"_s);
+    menu(u"mnuRotateWay_1"_s);
+    menu(u"mnuRotate_90"_s);
+    EXPECT_EQ(shown().pixel(0, 59), original.pixel(0, 0));
+    menu(u"mnuUndo"_s);
+    // Replace colours: foreground by fill.
+    QTest::mouseClick(&control<QLabel>(u"lblColor_7"_s), Qt::RightButton);
+    tool(1);
+    click({3, 2});
+    menu(u"mnuFilter_10"_s);
+    original.setPixel(3, 2, qRgb(255, 0, 0));
+    EXPECT_EQ(shown(), original);
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, ASelectionGoesThroughTheClipboard)
+{
+    tool(0);
+    drag({10, 10}, {13, 12});
+    const QImage part = original.copy(10, 10, 4, 3);
+    menu(u"mnuCopy"_s);
+    EXPECT_EQ(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32), part);
+    menu(u"mnuCrop"_s);
+    tool(4);
+    EXPECT_EQ(shown(), part);
+    menu(u"mnuUndo"_s);
+    EXPECT_EQ(shown(), original);
+
+    // From another program.
+    QImage foreign(2, 2, QImage::Format_RGB32);
+    foreign.fill(Qt::magenta);
+    QGuiApplication::clipboard()->setImage(foreign);
+    menu(u"mnuPaste"_s);
+    tool(4); // commits it
+    for (const QPoint corner : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)})
+        original.setPixel(corner, qRgb(255, 0, 255));
+    EXPECT_EQ(shown(), original);
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, ZoomedPixelsAreEditedExactly)
+{
+    tool(15);
+    for (int i = 0; i < 5; ++i)
+        click({8, 8});                           // 1.25 to the fifth is 3.05
+    EXPECT_EQ(canvas().size(), QSize(184, 123)); // 183.1 x 122.1
+    tool(4);
+    click({31, 31}); // pixel 10
+    EXPECT_EQ(position(), u"10,10"_s);
+    tool(15);
+    for (int i = 0; i < 5; ++i)
+        click({8, 8}, Qt::LeftButton, Qt::ControlModifier);
+    original.setPixel(10, 10, qRgb(0, 0, 0));
+    EXPECT_EQ(shown(), original);
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, ATextIsTypedOnThePicture)
+{
+    tool(8);
+    click({10, 5});
+    auto &box = control<QPlainTextEdit>(u"txtText"_s);
+    EXPECT_TRUE(box.isVisible());
+    EXPECT_EQ(status(), u"Press ENTER or double-click to finish inserting the text"_s);
+    QTest::keyClicks(&box, u"Hi"_s);
+    QTest::keyClick(&box, Qt::Key_Escape);
+    EXPECT_FALSE(box.isVisible());
+    EXPECT_EQ(shown(), original);
+    click({10, 5});
+    EXPECT_EQ(box.toPlainText(), QString()) << "the dropped text is gone";
+    QTest::keyClicks(&box, u"Hi"_s);
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_FALSE(box.isVisible());
+    EXPECT_NE(shown(), original);
+    menu(u"mnuUndo"_s);
+    EXPECT_EQ(shown(), original);
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, HandlesResizeThePicture)
+{
+    auto &corner = control<QWidget>(u"picPaintResize_2"_s);
+    QTest::mousePress(&corner, Qt::LeftButton, {}, {3, 3});
+    QTest::mouseMove(&corner, {13, 8});
+    QTest::mouseRelease(&corner, Qt::LeftButton, {}, {13, 8});
+    const QImage larger = shown();
+    EXPECT_EQ(larger.size(), QSize(70, 45));
+    EXPECT_EQ(larger.copy(original.rect()), original);
+    EXPECT_EQ(larger.pixelColor(69, 44), QColor(Qt::white));
+    menu(u"mnuUndo"_s);
+    EXPECT_EQ(shown(), original);
+    closeUnsaved();
+}
+
+TEST_F(frmPaintTest, ColoursAndFontsAreAskedFor)
+{
+    prompter.expectColour(Question::PaintColour, u"#102030"_s);
+    QTest::mouseDClick(&control<QLabel>(u"lblForeColor"_s), Qt::LeftButton);
+    prompter.expectColour(Question::PaintColour, std::nullopt);
+    menu(u"mnuFillColor"_s);
+    auto &colours = *form.findChild<ColourPanel *>();
+    EXPECT_EQ(colours.foreground(), QColor(0x10, 0x20, 0x30));
+    EXPECT_EQ(colours.fill(), QColor(Qt::white));
+    prompter.expectColour(Question::PaintFont, u"Sans Serif,20,-1,5,75,0,0,0,0,0"_s);
+    menu(u"mnuFont"_s);
+    EXPECT_EQ(control<QPlainTextEdit>(u"txtText"_s).font().pointSize(), 20);
+}
+
+TEST_F(frmPaintTest, BadFilesLeaveThePicture)
+{
+    tool(4);
+    drag({5, 5}, {9, 5});
+    const QImage drawn = shown();
+    QFile bad(folder.filePath(u"bad.bmp"_s));
+    ASSERT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("BM no picture") > 0);
+    bad.close();
+    prompter.expectAsk(Question::PaintSaveChanges, Answer::No);
+    prompter.expectTell(Question::PaintOpenFailed);
+    form.showPic(bad.fileName());
+    EXPECT_EQ(shown(), drawn);
+    EXPECT_TRUE(control<QAction>(u"mnuUndo"_s).isEnabled());
+    closeUnsaved();
+}
+
+TEST(CursorFile, HotSpotsComeFromTheFile)
+{
+    const QString folder = QStringLiteral(SHOTLY_DELIVERED_DIR "/Cursors/");
+    for (const QString &name : {u"airbrush"_s, u"brush"_s, u"cross"_s, u"eraser"_s, u"fill"_s, u"filter"_s,
+                                u"handflat"_s, u"handgrab"_s, u"pencil"_s, u"pick"_s, u"text"_s, u"zoom"_s}) {
+        const QCursor cursor = CursorFile::load(folder + name + u".cur"_s);
+        EXPECT_EQ(cursor.shape(), Qt::BitmapCursor) << name.toStdString();
+        EXPECT_EQ(cursor.pixmap().size(), QSize(32, 32));
+    }
+    EXPECT_EQ(CursorFile::load(folder + u"pencil.cur"_s).hotSpot(), QPoint(3, 28));
+    EXPECT_EQ(CursorFile::load(folder + u"none.cur"_s).shape(), Qt::CrossCursor);
+    EXPECT_EQ(CursorFile::load(QStringLiteral(SHOTLY_DELIVERED_DIR "/camera.wav")).shape(), Qt::CrossCursor);
+}

@@ -1,0 +1,105 @@
+#include "paint/PaintHistory.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+/// A picture that tells its number.
+QImage numbered(int number)
+{
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(QColor(number, 0, 0));
+    return image;
+}
+
+int numberOf(const QImage &image)
+{
+    return image.isNull() ? -1 : image.pixelColor(0, 0).red();
+}
+
+class PaintHistoryTest : public ::testing::Test
+{
+protected:
+    PaintHistory history;
+
+    PaintHistoryTest() { history.reset(numbered(0)); }
+    void push(int first, int last)
+    {
+        for (int number = first; number <= last; ++number)
+            history.push(numbered(number));
+    }
+    int undo() { return numberOf(history.undo()); }
+    int redo() { return numberOf(history.redo()); }
+    std::array<int, 3> places() const { return {history.current(), history.newest(), history.oldest()}; }
+    std::array<bool, 2> buttons() const { return {history.undoEnabled(), history.redoEnabled()}; }
+};
+
+using Places = std::array<int, 3>;
+using Buttons = std::array<bool, 2>;
+} // namespace
+
+TEST_F(PaintHistoryTest, UndoGoesBackToTheFirstPictureAndRedoToTheNewest)
+{
+    EXPECT_EQ(buttons(), (Buttons{false, false}));
+    push(1, 2);
+    EXPECT_EQ(places(), (Places{2, 2, 0}));
+    EXPECT_EQ(buttons(), (Buttons{true, false}));
+    EXPECT_EQ(undo(), 1);
+    EXPECT_EQ(buttons(), (Buttons{true, true}));
+    EXPECT_EQ(undo(), 0);
+    EXPECT_EQ(buttons(), (Buttons{false, true}));
+    EXPECT_EQ(undo(), 0) << "nothing below the oldest";
+    EXPECT_EQ(redo(), 1);
+    push(3, 3); // in the place of 2
+    EXPECT_EQ(buttons(), (Buttons{true, false}));
+    EXPECT_EQ(redo(), 3) << "nothing above the newest";
+    EXPECT_EQ(undo(), 1);
+}
+
+TEST_F(PaintHistoryTest, TheEleventhPushOverwritesTheFirstPicture)
+{
+    push(1, 10);
+    EXPECT_EQ(places(), (Places{10, 10, 0}));
+    push(11, 11); // into slot 0
+    EXPECT_EQ(places(), (Places{0, 0, 1}));
+    EXPECT_EQ(undo(), 10);
+    EXPECT_EQ(places(), (Places{10, 0, 1})) << "from slot 0 to slot 10";
+    for (int number = 9; number >= 1; --number) {
+        EXPECT_TRUE(history.undoEnabled());
+        EXPECT_EQ(undo(), number);
+    }
+    EXPECT_EQ(buttons(), (Buttons{false, true})) << "ten steps";
+    for (int number = 2; number <= 11; ++number)
+        EXPECT_EQ(redo(), number);
+    EXPECT_EQ(places(), (Places{0, 0, 1})) << "from slot 10 to slot 0";
+    EXPECT_FALSE(history.redoEnabled());
+}
+
+TEST_F(PaintHistoryTest, APushIntoAFullRingAfterUndoKeepsWhatIsOlder)
+{
+    push(1, 11);
+    undo();
+    undo();
+    undo(); // 8 in slot 8
+    push(20, 20);
+    EXPECT_EQ(places(), (Places{9, 9, 1}));
+    for (const int number : {8, 7, 6, 5, 4, 3, 2, 1})
+        EXPECT_EQ(undo(), number);
+    EXPECT_FALSE(history.undoEnabled()) << "what had been undone does not come from behind";
+    for (int step = 0; step < 8; ++step)
+        redo();
+    push(21, 23); // the last into slot 1
+    EXPECT_EQ(places(), (Places{1, 1, 2}));
+
+    history.reset(numbered(30));
+    EXPECT_EQ(places(), (Places{0, 0, 0}));
+    EXPECT_EQ(buttons(), (Buttons{false, false}));
+    EXPECT_EQ(undo(), 30);
+}
+
+TEST_F(PaintHistoryTest, EntriesShareTheirPixels)
+{
+    const QImage picture = numbered(7);
+    history.push(picture);
+    EXPECT_EQ(history.picture().constBits(), picture.constBits());
+}
