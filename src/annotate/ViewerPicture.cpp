@@ -6,6 +6,8 @@
 #include "platform/PrintJob.h"
 #include "platform/RunTimeError.h"
 
+#include <QFileInfo>
+
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -48,6 +50,7 @@ void ViewerPicture::show(const QImage &image, const QString &path)
 {
     m_image = image;
     m_path = path;
+    m_stamp = stampOf(path);
     SetImageBuffer();
     m_services.state.CurrentImagePath = path;
 }
@@ -84,6 +87,28 @@ ViewerPicture::Choice ViewerPicture::chooseFile(const QString &path, const QStri
         return Choice::Unreadable;
     }
     return Choice::Shown;
+}
+
+ViewerPicture::Stamp ViewerPicture::stampOf(const QString &path)
+{
+    const QFileInfo file(path);
+    return {file.lastModified(), file.size()};
+}
+
+bool ViewerPicture::follow()
+{
+    if (m_dirty || m_path.isEmpty() || !m_services.state.FileSystem.fileExists(m_path) ||
+        stampOf(m_path) == m_stamp)
+        return false;
+    try {
+        const QString current = m_services.state.CurrentImagePath; // another viewer's, perhaps
+        show(ImageFile::load(m_path), m_path);
+        m_services.state.CurrentImagePath = current;
+        return true;
+    } catch (const RunTimeError &) {
+        m_stamp = stampOf(m_path); // it may be in the middle of being written; the user has asked for nothing
+        return false;
+    }
 }
 
 bool ViewerPicture::OpenImage(const QString &fileName)
@@ -182,6 +207,8 @@ bool ViewerPicture::writeTo(const QString &path)
 {
     try {
         ImageFile::save(m_image, path);
+        if (path == m_path)
+            m_stamp = stampOf(path);
         return true;
     } catch (const RunTimeError &error) {
         m_dirty = true;

@@ -5,6 +5,8 @@
 #include "platform/Prompter.h"
 #include "state/Module1.h"
 
+#include <QDateTime>
+
 /// The picture of one viewer, with its file, its history and whether it was changed: everything a viewer does
 /// that is no widget. Failures that a user can cause are told and leave everything as it was.
 class ViewerPicture
@@ -43,6 +45,10 @@ public:
     enum class Choice { Shown, Cancelled, Unreadable };
     Choice chooseFile(const QString &path, const QString &fileName);
 
+    /// Somebody else has written the file that is shown: shows what it holds now, unless there are unsaved
+    /// changes or it cannot be shown. False when nothing has changed.
+    bool follow();
+
     /// Asks for a file, after unsaved changes, and forgets the history. False when the old picture stays.
     bool OpenImage(const QString &fileName);
 
@@ -66,6 +72,13 @@ public:
     void ShowErrMessage(std::int32_t kind, const QString &text);
 
 private:
+    /// Tells whether a file is still the one that was read or written.
+    struct Stamp {
+        QDateTime time;
+        qint64 size = 0;
+        bool operator==(const Stamp &) const = default;
+    };
+    static Stamp stampOf(const QString &path);
     enum class Leaving { Unchanged, Saved, Discarded, Refused };
     Leaving askToLeave(const QString &fileName);
     FilePrompt filePrompt() const;
@@ -76,6 +89,7 @@ private:
     Services m_services;
     QImage m_image;
     QString m_path;
+    Stamp m_stamp;
     bool m_dirty = false;
     ImageHistory m_history;
 };

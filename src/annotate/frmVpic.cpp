@@ -136,6 +136,10 @@ void frmVpic::connectControls()
     };
     connect(m_files->File1, &FileList::chosen, this, slot(&frmVpic::File1_Click));
     connect(m_files, &FilePanel::folderChosen, this, slot(&frmVpic::Dir1_Change));
+    connect(m_files, &FilePanel::followed, this, guarded(m_failures, [this] {
+                if (m_picture.follow())
+                    pictureChanged();
+            }));
     connect(Picture1, &PictureCanvas::pressed, this,
             [this](AnnotationTools::Button button, QPoint at) { m_tools.mouseDown(button, at); });
     connect(Picture1, &PictureCanvas::dragged, this, [this](QPoint at) {

@@ -153,11 +153,12 @@ void FilePanel::followFolder()
     } catch (const RunTimeError &) {
         names.clear();
     }
-    if (names == File1->names())
-        return;
-    const QString selected = File1->nameAt(File1->selectedRow());
-    File1->setNames(names);
-    File1->mark(selected.isEmpty() ? -1 : static_cast<int>(names.indexOf(selected)));
+    if (names != File1->names()) {
+        const QString selected = File1->nameAt(File1->selectedRow());
+        File1->setNames(names);
+        File1->mark(selected.isEmpty() ? -1 : static_cast<int>(names.indexOf(selected)));
+    }
+    Q_EMIT followed();
 }
 
 QString FilePanel::pathOf(int row) const

@@ -64,6 +64,7 @@ public:
 
 Q_SIGNALS:
     void folderChosen(const QString &folder); ///< by the user; setFolder() does it
+    void followed();                          ///< something has happened in the folder
 
 private:
     void showDrives();

@@ -8,10 +8,12 @@
 
 #include <QAbstractButton>
 #include <QButtonGroup>
+#include <QClipboard>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMimeData>
 #include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -67,6 +69,8 @@ frmPaint::frmPaint(const Services &services)
     connectCanvas();
     connectPanels();
     m_settings.font = picPaint->textBox().font();
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmPaint::clipboardChanged);
+    clipboardChanged();
     optTools_Click(static_cast<int>(DrawingTool::Pencil));
     optTools->button(static_cast<int>(DrawingTool::Pencil))->setChecked(true);
     pictureChanged();
@@ -257,10 +261,17 @@ void frmPaint::pictureChanged()
     m_settings.brushFilter = m_menus->brushFilter();
     setWindowTitle(m_picture.title());
     picPaint->pictureChanged();
-    m_menus->setState(
-        {m_picture.undoEnabled(), m_picture.redoEnabled(), m_picture.selection().exists(), true});
+    m_menus->setState({m_picture.undoEnabled(), m_picture.redoEnabled(), m_picture.selection().exists(),
+                       m_canPaste || !m_picture.clipboard().isNull()});
     UpdateStatusBar();
     showPosition();
+}
+
+void frmPaint::clipboardChanged()
+{
+    const QMimeData *content = QGuiApplication::clipboard()->mimeData();
+    m_canPaste = content && content->hasImage();
+    pictureChanged();
 }
 
 void frmPaint::UpdateStatusBar()

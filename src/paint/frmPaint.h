@@ -87,6 +87,7 @@ private:
     void pictureChanged();
     void UpdateStatusBar();
     void showPosition();
+    void clipboardChanged();
     QImage filtered(const QImage &source, int number);
     QImage brushFiltered(const QImage &picture, const QRect &square) const;
     void updateCursor(bool grabbing);
@@ -100,9 +101,10 @@ private:
     std::minstd_rand m_seeds{std::random_device{}()};
     float m_widthFactor = 1; ///< of the last resize
     float m_heightFactor = 1;
-    QPoint m_mouse;     ///< pixel of the picture
-    QPoint m_panned;    ///< global position of the hand while it drags
-    QString m_overText; ///< of what the pointer is over outside the picture
+    QPoint m_mouse;          ///< pixel of the picture
+    QPoint m_panned;         ///< global position of the hand while it drags
+    bool m_canPaste = false; ///< another program, or this one, has put a picture onto the clipboard
+    QString m_overText;      ///< of what the pointer is over outside the picture
 
     QScrollArea *fraScroll;
     PaintArea *m_area;

@@ -207,6 +207,35 @@ TEST_F(ViewerPictureTest, WhatCannotBeWrittenStaysUnsaved)
     EXPECT_TRUE(viewer.QuerySaveOnClose(u"a.bmp"_s)) << "unchanged: no question";
 }
 
+TEST_F(ViewerPictureTest, AFileThatAnotherProgramHasWrittenIsShownAgain)
+{
+    choose(red);
+    EXPECT_FALSE(viewer.follow());
+    draw(Qt::green);
+    prompter.expectFile(Question::SaveImageAs, red);
+    EXPECT_TRUE(viewer.SaveImage(u"a.bmp"_s));
+    EXPECT_FALSE(viewer.follow()) << "that was the viewer itself";
+    addPicture(u"a.bmp"_s, Qt::yellow, 0, {50, 50});
+    state.CurrentImagePath = blue;
+    EXPECT_TRUE(viewer.follow());
+    EXPECT_EQ(shown(), QColor(Qt::yellow));
+    EXPECT_EQ(state.CurrentImagePath, blue) << "nobody has chosen anything";
+    viewer.UndoImage();
+    EXPECT_EQ(shown(), QColor(Qt::green));
+
+    // Not over a drawing, not for what is no picture, not for what is gone.
+    addPicture(u"a.bmp"_s, Qt::cyan, 0, {60, 60});
+    EXPECT_TRUE(viewer.dirty());
+    EXPECT_FALSE(viewer.follow());
+    prompter.expectAsk(Question::SaveImageChanges, Answer::No);
+    choose(red);
+    write(red, "BM no picture");
+    EXPECT_FALSE(viewer.follow());
+    EXPECT_TRUE(QFile::remove(red));
+    EXPECT_FALSE(viewer.follow());
+    EXPECT_EQ(shown(), QColor(Qt::cyan));
+}
+
 TEST_F(ViewerPictureTest, OpeningAFileForgetsTheHistory)
 {
     choose(red);

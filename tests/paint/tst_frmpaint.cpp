@@ -2,6 +2,7 @@
 
 #include "paint/CursorFile.h"
 #include "paint/frmPaintPanels.h"
+#include "paint/frmPaintProgress.h"
 #include "platform/ImageFile.h"
 #include "support/FakeWorkspace.h"
 #include "support/ScriptedPrompter.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
@@ -212,6 +214,8 @@ TEST_F(frmPaintTest, ASelectionGoesThroughTheClipboard)
     tool(0);
     drag({10, 10}, {13, 12});
     const QImage part = original.copy(10, 10, 4, 3);
+    QGuiApplication::clipboard()->clear();
+    EXPECT_FALSE(control<QAction>(u"mnuPaste"_s).isEnabled());
     menu(u"mnuCopy"_s);
     EXPECT_EQ(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32), part);
     menu(u"mnuCrop"_s);
@@ -298,6 +302,60 @@ TEST_F(frmPaintTest, ColoursAndFontsAreAskedFor)
     prompter.expectColour(Question::PaintFont, u"Sans Serif,20,-1,5,75,0,0,0,0,0"_s);
     menu(u"mnuFont"_s);
     EXPECT_EQ(control<QPlainTextEdit>(u"txtText"_s).font().pointSize(), 20);
+}
+
+TEST_F(frmPaintTest, APictureIsPrintedOrTheUserHearsWhyNot)
+{
+    const QString pdf = folder.filePath(u"picture.pdf"_s);
+    prompter.expectFile(Question::PrintImage, pdf);
+    menu(u"mnuPrint"_s);
+    QFile file(pdf);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().startsWith("%PDF"));
+    prompter.expectFile(Question::PrintImage, std::nullopt);
+    menu(u"mnuPrint"_s);
+    prompter.expectFile(Question::PrintImage, u""_s);
+    prompter.expectTell(Question::PaintPrintFailed);
+    menu(u"mnuPrint"_s);
+}
+
+TEST(FilterProgress, EscapeCancelsAndEverythingElseWaits)
+{
+    int percent = -1;
+    QImage partial;
+    FilterProgress progress([&](int now, const QImage &picture) {
+        percent = now;
+        partial = picture;
+    });
+    QPushButton other(u"other"_s);
+    bool pressed = false;
+    QObject::connect(&other, &QPushButton::clicked, [&] { pressed = true; });
+    other.show();
+    const QImage picture(3, 2, QImage::Format_RGB32);
+    {
+        ProgressScope scope(progress, QString(), 100);
+        EXPECT_TRUE(progress.active());
+        EXPECT_TRUE(progress.take(7, picture));
+        while (percent < 0)
+            EXPECT_TRUE(scope.step(0)); // a filter that is quick shows nothing
+        EXPECT_EQ(percent, 7);
+        EXPECT_TRUE(partial.isNull()) << "no picture had been wanted yet";
+        EXPECT_TRUE(progress.take(8, picture));
+        while (percent < 8)
+            EXPECT_TRUE(scope.step(0));
+        EXPECT_EQ(partial.size(), picture.size());
+
+        QCoreApplication::postEvent(&other, new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier));
+        QCoreApplication::postEvent(&other, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier));
+        QCoreApplication::postEvent(&other, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+        while (scope.step(0)) {
+        }
+        EXPECT_FALSE(progress.take(9, picture));
+    }
+    EXPECT_FALSE(progress.active());
+    EXPECT_FALSE(pressed);
+    QTest::keyClick(&other, Qt::Key_Space);
+    EXPECT_TRUE(pressed) << "afterwards it goes on";
 }
 
 TEST_F(frmPaintTest, BadFilesLeaveThePicture)
