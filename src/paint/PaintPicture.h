@@ -60,6 +60,8 @@ public:
     bool SaveAs();
     /// Before another picture comes or the window goes: "Do you want to save the changes?". False: stay.
     bool queryClose();
+    /// The user does not want the changes; the window goes with them.
+    void discardChanges() { m_dirty = false; }
 
     // ---- history
 

@@ -46,6 +46,8 @@ void frmPaint::closeEvent(QCloseEvent *event)
 {
     bool mayGo = false;
     tools([&] { mayGo = m_picture.queryClose(); });
+    if (mayGo) // the window is kept, and has been answered
+        m_picture.discardChanges();
     event->setAccepted(mayGo);
 }
 

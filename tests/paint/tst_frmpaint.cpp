@@ -86,6 +86,7 @@ protected:
     {
         prompter.expectAsk(Question::PaintSaveChanges, Answer::No);
         EXPECT_TRUE(form.close());
+        EXPECT_TRUE(form.close()) << "nobody is asked twice";
     }
 };
 } // namespace

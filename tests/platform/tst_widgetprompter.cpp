@@ -128,6 +128,12 @@ TEST(WidgetPrompterTest, FilesAndFolders)
     whenAsked([](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(prompter.saveFile(Question::SaveSnapshotAs, file), std::nullopt);
 
+    // A name without a suffix gets that of the first pattern.
+    file.filter = u"All Image Files|*.Bmp;*.jpg;*.gif |"_s;
+    file.fileName = u"plain"_s;
+    whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Save); });
+    EXPECT_EQ(prompter.saveFile(Question::SaveImageAs, file), folder.filePath(u"plain.bmp"_s));
+
     file.fileName = u"taken.bmp"_s;
     whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Open); });
     EXPECT_EQ(prompter.openFile(Question::OpenFailed, file), folder.filePath(u"taken.bmp"_s));

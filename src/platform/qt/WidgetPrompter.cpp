@@ -74,6 +74,12 @@ void prepare(QMessageBox &box, const PromptText &prompt)
     standAlone(box);
 }
 
+/// Of the first pattern: what a name gets that is typed without one.
+QString firstSuffix(const QString &filter)
+{
+    return filter.section(u'|', 1, 1).section(u';', 0, 0).section(u'.', -1).trimmed().toLower();
+}
+
 std::optional<QString> chooseFile(const FilePrompt &prompt, QFileDialog::AcceptMode mode)
 {
     QFileDialog dialog(visibleParent(), prompt.title, prompt.directory);
@@ -84,7 +90,7 @@ std::optional<QString> chooseFile(const FilePrompt &prompt, QFileDialog::AcceptM
     dialog.setNameFilters(WidgetPrompter::nameFilters(prompt.filter));
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !prompt.askOverwrite);
     if (mode == QFileDialog::AcceptSave)
-        dialog.setDefaultSuffix(prompt.filter.section(u'.', -1));
+        dialog.setDefaultSuffix(firstSuffix(prompt.filter));
     if (!prompt.fileName.isEmpty())
         dialog.selectFile(prompt.fileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
