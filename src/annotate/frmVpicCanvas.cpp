@@ -1,5 +1,7 @@
 #include "annotate/frmVpicCanvas.h"
 
+#include "platform/qt/MousePosition.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -73,10 +75,7 @@ void PictureCanvas::paintEvent(QPaintEvent *event)
 
 QPoint PictureCanvas::twipsOf(const QMouseEvent &event) const
 {
-    // Qt rounds what it tells a widget to whole units; what the window was told has the rest.
-    const QPointF rest = event.scenePosition() - event.scenePosition().toPoint();
-    const QPointF position = event.position().toPoint() + rest;
-    const QPointF pixels = (position - QPointF(border, border)) * devicePixelRatioF();
+    const QPointF pixels = (exactPosition(event) - QPointF(border, border)) * devicePixelRatioF();
     return QPoint(static_cast<int>(std::floor(pixels.x())), static_cast<int>(std::floor(pixels.y()))) *
            Drawing::twipsPerPixel;
 }

@@ -1,5 +1,7 @@
 #include "paint/frmPaintCanvas.h"
 
+#include "platform/qt/MousePosition.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -32,12 +34,6 @@ PaintTools::Button buttonOf(const QMouseEvent &event)
 bool isButtonOfTools(const QMouseEvent &event)
 {
     return event.button() == Qt::LeftButton || event.button() == Qt::RightButton;
-}
-
-/// Qt rounds what it tells a widget to whole units; what the window was told has the rest.
-QPointF exactPosition(const QMouseEvent &event)
-{
-    return event.position().toPoint() + (event.scenePosition() - event.scenePosition().toPoint());
 }
 } // namespace
 

@@ -80,6 +80,7 @@ void ChoicePanel::choose(int index)
 ChoicePanel *makeSizePanel(const std::vector<int> &widths, QWidget *parent)
 {
     std::vector<ChoicePanel::Choice> choices;
+    choices.reserve(widths.size());
     for (const int width : widths) {
         choices.push_back({u"%1 pixel%2"_s.arg(width).arg(width == 1 ? u""_s : u"s"_s), [width](QPainter &p) {
                                p.fillRect(3, (dotPicture.height() - width) / 2, dotPicture.width() - 6, width,
