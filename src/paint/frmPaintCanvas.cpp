@@ -228,17 +228,17 @@ QSize PaintArea::draggedSize(const QWidget *handle, QPoint global) const
 bool PaintArea::eventFilter(QObject *watched, QEvent *event)
 {
     const auto *handle = qobject_cast<QWidget *>(watched);
-    const auto *mouse = static_cast<QMouseEvent *>(event);
+    const auto place = [event] { return static_cast<QMouseEvent *>(event)->globalPosition().toPoint(); };
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        m_grabbed = mouse->globalPosition().toPoint();
+        m_grabbed = place();
         m_before = m_canvas->pictureSize();
         return true;
     case QEvent::MouseMove:
-        Q_EMIT resizing(draggedSize(handle, mouse->globalPosition().toPoint()));
+        Q_EMIT resizing(draggedSize(handle, place()));
         return true;
     case QEvent::MouseButtonRelease:
-        Q_EMIT resizeWanted(draggedSize(handle, mouse->globalPosition().toPoint()));
+        Q_EMIT resizeWanted(draggedSize(handle, place()));
         return true;
     default:
         return QWidget::eventFilter(watched, event);
