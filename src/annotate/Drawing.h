@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Rounding.h"
+
 #include <QColor>
 #include <QImage>
 #include <QPainter>
@@ -21,7 +23,7 @@ enum class Mode {
     Invert ///< every pixel once: the same again restores the picture
 };
 
-inline constexpr int twipsPerPixel = 15;
+inline constexpr int twipsPerPixel = Rounding::twipsPerPixel;
 /// From one line of text to the next, in twips.
 inline constexpr int lineStep = 210;
 

@@ -46,11 +46,13 @@ void ViewerPicture::showAgain(const QImage &image)
     m_image = image;
 }
 
-void ViewerPicture::show(const QImage &image, const QString &path)
+/// Throws before anything has changed. A file that is written meanwhile counts as another one.
+void ViewerPicture::show(const QString &path)
 {
-    m_image = image;
+    const Stamp stamp = stampOf(path);
+    m_image = ImageFile::load(path);
     m_path = path;
-    m_stamp = stampOf(path);
+    m_stamp = stamp;
     SetImageBuffer();
     m_services.state.CurrentImagePath = path;
 }
@@ -64,13 +66,14 @@ bool ViewerPicture::loadRequested()
     if (!state.FileSystem.fileExists(path))
         return false;
     try {
-        // Also the first entry: taking a text back must never lead to an empty picture.
-        m_history.reset(m_image = ImageFile::load(path));
+        show(path);
     } catch (const RunTimeError &error) {
         ShowErrMessage(0, error.description());
         return false;
     }
-    show(m_image, path);
+    // Also the first entry: taking a text back must never lead to an empty picture.
+    ResetImageBuffer();
+    SetImageBuffer();
     return true;
 }
 
@@ -80,7 +83,7 @@ ViewerPicture::Choice ViewerPicture::chooseFile(const QString &path, const QStri
     if (leaving == Leaving::Refused)
         return Choice::Cancelled;
     try {
-        show(ImageFile::load(path), path);
+        show(path);
     } catch (const RunTimeError &error) {
         m_dirty = leaving == Leaving::Discarded; // what is still shown may still be saved
         ShowErrMessage(0, error.description());
@@ -102,7 +105,7 @@ bool ViewerPicture::follow()
         return false;
     try {
         const QString current = m_services.state.CurrentImagePath; // another viewer's, perhaps
-        show(ImageFile::load(m_path), m_path);
+        show(QString(m_path));
         m_services.state.CurrentImagePath = current;
         return true;
     } catch (const RunTimeError &) {
@@ -124,7 +127,7 @@ bool ViewerPicture::OpenImage(const QString &fileName)
     const auto path = m_services.prompter.openFile(Question::OpenImage, prompt);
     try {
         if (path) {
-            show(ImageFile::load(*path), *path);
+            show(*path);
             return true;
         }
     } catch (const RunTimeError &error) {

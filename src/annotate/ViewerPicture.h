@@ -82,7 +82,7 @@ private:
     enum class Leaving { Unchanged, Saved, Discarded, Refused };
     Leaving askToLeave(const QString &fileName);
     FilePrompt filePrompt() const;
-    void show(const QImage &image, const QString &path);
+    void show(const QString &path);
     void showAgain(const QImage &image);
     bool writeTo(const QString &path);
 

@@ -257,7 +257,6 @@ void frmVpic::pictureLoaded()
     m_saveEnabled = true;
     m_view->scrollHome();
     pictureChanged();
-    updateButtons();
 }
 
 // ---- commands

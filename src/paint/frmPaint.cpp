@@ -143,7 +143,8 @@ void frmPaint::connectCanvas()
             [this](Button button, QPoint at, Modifiers modifiers, QPoint global) {
                 m_panned = global;
                 m_mouse = at;
-                updateCursor(true);
+                if (m_settings.tool == DrawingTool::Hand)
+                    updateCursor(true);
                 tools([&] { m_tools.press(button, at, modifiers); });
             });
     connect(picPaint, &PaintCanvas::moved, this, [this](QPoint at, Modifiers modifiers, QPoint global) {
@@ -153,7 +154,8 @@ void frmPaint::connectCanvas()
         tools([&] { m_tools.move(at, modifiers); });
     });
     connect(picPaint, &PaintCanvas::released, this, [this](Button button, QPoint at, Modifiers modifiers) {
-        updateCursor(false);
+        if (m_settings.tool == DrawingTool::Hand)
+            updateCursor(false);
         tools([&] {
             m_tools.release(button, at, modifiers);
             if (m_settings.tool == DrawingTool::Zoom)
