@@ -14,6 +14,7 @@ class RunTimeError : public std::exception
 public:
     /// Numbers of failures that several places raise or test for.
     enum Number : int {
+        UserInterrupt = 18,    ///< the user stopped what was under way
         InvalidUseOfNull = 94, ///< a column that holds no value was read as text
         FileNotFound = 53,
         DiskFull = 61,
@@ -23,6 +24,8 @@ public:
         CannotCreateObject = 429,   ///< a program or component that is needed is not installed
         InvalidPicture = 481,       ///< a file that is no picture
         PrinterError = 482,         ///< nothing could be printed
+        WordFileMissing = 4198,     ///< the word processor was asked to open a file that is not there
+        WordFileNotWritten = 5155,  ///< a document or PDF could not be made
         DatabaseError = -2147467259 ///< the database cannot be opened, is locked or is damaged
     };
 
