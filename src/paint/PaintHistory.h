@@ -3,16 +3,21 @@
 #include <QImage>
 
 #include <array>
+#include <memory>
+#include <vector>
 
 /// The last pictures of the paint editor, in a ring of eleven slots (0 to 10). A push writes the slot after
 /// the current one and overwrites the oldest picture once the ring is full, so ten steps can be undone.
-/// Pictures share their pixels with the canvas until that is drawn on; a picture brings its size along.
+/// A picture brings its size along.
+///
+/// Pictures are kept in tiles, and a tile that a push has not changed is shared with the slot before it:
+/// eleven slots cost one picture and what was changed, not eleven pictures.
 class PaintHistory
 {
 public:
     static constexpr int slotCount = 11;
 
-    /// SetImageBuffer: a new entry after the current one; what had been undone is gone.
+    /// SetImageBuffer: a new entry after the current one; what had been undone is gone. Format_RGB32.
     void push(const QImage &picture);
 
     /// The picture to be shown: that of the slot before (before 0 comes 10) or after the current one. At the
@@ -26,15 +31,30 @@ public:
     bool undoEnabled() const { return m_current != m_oldest; }
     bool redoEnabled() const { return m_current != m_newest; }
 
-    /// Of the current slot.
-    const QImage &picture() const { return m_slots[static_cast<std::size_t>(m_current)]; }
+    /// Of the current slot. Shares its pixels with the canvas until that is drawn on.
+    const QImage &picture() const { return m_picture; }
 
     int current() const { return m_current; } ///< the slot shown
     int newest() const { return m_newest; }   ///< the slot last pushed
     int oldest() const { return m_oldest; }   ///< moves on when the ring overwrites it
 
+    qint64 bytes() const; ///< of all tiles
+
 private:
-    std::array<QImage, slotCount> m_slots; ///< null where nothing has been pushed yet
+    static constexpr int tileSide = 128; ///< pixels
+
+    using Tile = std::vector<QRgb>; ///< row by row
+    struct Slot {
+        QSize size;
+        QSize dotsPerMetre;
+        std::vector<std::shared_ptr<const Tile>> tiles; ///< row by row, the last ones of a row smaller
+    };
+    static std::vector<QRect> places(QSize picture);
+    Slot cut(const QImage &picture) const;
+    const QImage &show(int slot);
+
+    std::array<Slot, slotCount> m_slots; ///< empty where nothing has been pushed yet
+    QImage m_picture;
     int m_current = 0;
     int m_newest = 0;
     int m_oldest = 0;

@@ -97,9 +97,41 @@ TEST_F(PaintHistoryTest, APushIntoAFullRingAfterUndoKeepsWhatIsOlder)
     EXPECT_EQ(undo(), 30);
 }
 
-TEST_F(PaintHistoryTest, EntriesShareTheirPixels)
+TEST_F(PaintHistoryTest, PicturesOfAnySizeComeBackAsTheyWere)
 {
-    const QImage picture = numbered(7);
-    history.push(picture);
-    EXPECT_EQ(history.picture().constBits(), picture.constBits());
+    std::vector<QImage> pictures;
+    for (const QSize size :
+         {QSize(1, 1), QSize(127, 129), QSize(128, 128), QSize(129, 300), QSize(129, 300)}) {
+        QImage picture(size, QImage::Format_RGB32);
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x)
+                picture.setPixel(x, y, qRgb(x % 256, y % 256, static_cast<int>(pictures.size())));
+        }
+        picture.setDotsPerMeterX(3780 + size.width());
+        pictures.push_back(picture);
+        history.push(picture);
+    }
+    for (std::size_t i = pictures.size() - 1; i-- > 0;) {
+        EXPECT_EQ(history.undo(), pictures[i]);
+        EXPECT_EQ(history.picture().dotsPerMeterX(), pictures[i].dotsPerMeterX());
+    }
+    EXPECT_EQ(history.redo(), pictures[1]);
+}
+
+TEST_F(PaintHistoryTest, SlotsCostOnlyWhatWasChanged)
+{
+    QImage picture(1000, 700, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    const qint64 whole = picture.sizeInBytes();
+    history.reset(picture);
+    EXPECT_EQ(history.bytes(), whole);
+    for (int x = 0; x < 10; ++x) {
+        picture.setPixel(x, 5, qRgb(255, 0, 0));
+        history.push(picture);
+        EXPECT_EQ(history.picture().constBits(), picture.constBits()) << "shared until it is drawn on";
+    }
+    EXPECT_LE(history.bytes(), whole + 10 * 128 * 128 * 4);
+    picture.fill(Qt::black);
+    history.push(picture); // over the first one
+    EXPECT_LE(history.bytes(), 2 * whole + 9 * 128 * 128 * 4);
 }
