@@ -6,6 +6,7 @@
 #include "platform/ByteHash.h"
 #include "platform/InputFile.h"
 #include "platform/LateClosing.h"
+#include "platform/PictureEnd.h"
 #include "platform/RunTimeError.h"
 
 #include <QBuffer>
@@ -91,6 +92,9 @@ QImage decoded(const QByteArray &bytes, const QString &path)
     if (picture.isNull())
         throw RunTimeError(RunTimeError::InvalidPicture,
                            QStringLiteral("%1 is not a picture: %2").arg(path, reader.errorString()));
+    if (PictureEnd::isMissing(bytes))
+        throw RunTimeError(RunTimeError::InvalidPicture,
+                           QStringLiteral("%1 is not a whole picture: its end is missing").arg(path));
     QImage plain = withoutTransparency(picture);
     plain.setDevicePixelRatio(1);
     return plain;
