@@ -4,6 +4,7 @@
 #include "platform/RunTimeError.h"
 
 #include <QFileInfo>
+#include <QImageReader>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -13,6 +14,15 @@ const QString &editorName()
 {
     static const QString name = u"Easel"_s;
     return name;
+}
+
+/// "*.bmp;*.png;...": of everything that can be opened.
+QString readablePatterns()
+{
+    QStringList patterns;
+    for (const QByteArray &format : QImageReader::supportedImageFormats())
+        patterns += u"*."_s + QString::fromLatin1(format);
+    return patterns.join(u';');
 }
 
 QString described(const RunTimeError &error)
@@ -33,9 +43,15 @@ QString PaintPicture::title() const
     return (m_fileName.isEmpty() ? u"untitled"_s : m_fileName) + u" - "_s + editorName();
 }
 
-void PaintPicture::commit()
+void PaintPicture::SetImageBuffer()
 {
     pushEntry(m_image);
+}
+
+void PaintPicture::ResetImageBuffer()
+{
+    m_history.reset(m_image);
+    m_dirty = false;
 }
 
 void PaintPicture::pushEntry(const QImage &picture)
@@ -67,8 +83,7 @@ void PaintPicture::show(const QImage &image, const QString &fileName)
 {
     m_image = image;
     m_fileName = fileName;
-    m_dirty = false;
-    m_history.reset(m_image);
+    ResetImageBuffer();
 }
 
 bool PaintPicture::queryClose()
@@ -122,7 +137,7 @@ bool PaintPicture::Open()
         return false;
     FilePrompt prompt = filePrompt();
     prompt.title = u"Open"_s;
-    prompt.filter = u"All Image Files|*.bmp;*.jpg;*.jpeg;*.png;*.gif"_s;
+    prompt.filter = u"All Image Files|"_s + readablePatterns();
     const auto path = m_services.prompter.openFile(Question::PaintOpen, prompt);
     return path && load(*path);
 }

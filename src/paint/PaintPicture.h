@@ -36,13 +36,13 @@ public:
     QString title() const; ///< of the window: "untitled - Easel" or the file name & " - Easel"
     bool dirty() const { return m_dirty; } ///< changed since it was opened, made or saved
 
-    /// For drawing; commit() makes an undo entry of what was drawn, revert() takes it back.
+    /// For drawing; SetImageBuffer() makes an undo entry of what was drawn, revert() takes it back.
     QImage &canvas() { return m_image; }
-    void commit();
+    void SetImageBuffer();
     void revert();
 
     /// The drawing tools' unfinished work, so that commands can finish it. `finish` makes entries by
-    /// commit().
+    /// SetImageBuffer().
     struct PendingWork {
         std::function<bool()> exists;
         std::function<void()> finish;
@@ -113,6 +113,7 @@ public:
 
 private:
     void show(const QImage &image, const QString &fileName);
+    void ResetImageBuffer();
     bool load(const QString &path);
     bool write(const QString &path);
     FilePrompt filePrompt() const;

@@ -63,7 +63,7 @@ void PaintPicture::lift(bool leaveCopy)
     if (m_selection.floats()) {
         if (leaveCopy) {
             m_image = flattened();
-            commit();
+            SetImageBuffer();
             m_unsettled = false;
         }
         return;
@@ -98,7 +98,7 @@ void PaintPicture::commitSelection()
     m_selection = {};
     m_unsettled = false;
     if (entry)
-        commit();
+        SetImageBuffer();
 }
 
 void PaintPicture::dropSelection()
@@ -144,7 +144,7 @@ bool PaintPicture::Delete()
     if (!m_selection.floats())
         leavePlace();
     m_selection = {};
-    commit();
+    SetImageBuffer();
     return true;
 }
 
@@ -156,7 +156,7 @@ bool PaintPicture::Crop()
     settle();
     m_image = selectedPicture();
     m_selection = {};
-    commit();
+    SetImageBuffer();
     return true;
 }
 
@@ -164,7 +164,7 @@ void PaintPicture::Clear()
 {
     finishPending();
     m_image.fill(m_services.settings.fill);
-    commit();
+    SetImageBuffer();
 }
 
 bool PaintPicture::resizeCanvas(const QSize &size)
@@ -179,7 +179,7 @@ bool PaintPicture::resizeCanvas(const QSize &size)
     result.fill(m_services.settings.fill);
     paintOver(result, {}, m_image);
     m_image = result;
-    commit();
+    SetImageBuffer();
     return true;
 }
 
@@ -192,7 +192,7 @@ bool PaintPicture::apply(const std::function<QImage(const QImage &)> &effect)
         return false;
     if (!part) {
         m_image = result;
-        commit();
+        SetImageBuffer();
         return true;
     }
     settle();

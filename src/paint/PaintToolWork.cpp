@@ -99,14 +99,9 @@ void PaintTools::strokeTo(QPoint at)
 void PaintTools::filterAt(QPoint at)
 {
     const int size = m_services.settings.size();
-    const QImage &picture = m_services.picture.image();
     const QRect square(at - QPoint(size, size), at + QPoint(size, size));
-    const QRect visible = square & picture.rect();
-    if (visible.isEmpty())
-        return;
-    const QImage filtered = m_services.filter(picture, square);
-    if (!filtered.isNull())
-        QPainter(&m_services.picture.canvas()).drawImage(visible.topLeft(), filtered);
+    if (square.intersects(m_services.picture.image().rect()))
+        m_services.filter(m_services.picture.canvas(), square);
 }
 
 // ---- shapes
@@ -123,7 +118,7 @@ void PaintTools::releaseBand(const Band &band)
         }
     } else {
         drawBand(band);
-        m_services.picture.commit();
+        m_services.picture.SetImageBuffer();
     }
 }
 
@@ -160,7 +155,7 @@ void PaintTools::finishTools()
     const bool stroke = m_stroke;
     forgetGesture();
     if (stroke)
-        m_services.picture.commit();
+        m_services.picture.SetImageBuffer();
     if (m_textPlace)
         placeText(m_services.text());
     finishPolygon();
@@ -174,7 +169,7 @@ void PaintTools::placeText(const QString &text)
         return;
     const PaintSettings &settings = m_services.settings;
     PaintShapes::text(m_services.picture.canvas(), *place, settings.font, settings.foreground, text);
-    m_services.picture.commit();
+    m_services.picture.SetImageBuffer();
 }
 
 void PaintTools::finishPolygon()
@@ -188,7 +183,7 @@ void PaintTools::finishPolygon()
         PaintShapes::fillPolygon(canvas, corners, filling());
     if (mode != FillMode::Inside)
         PaintShapes::stroke(canvas, PaintShapes::polyline(corners, true), pen());
-    m_services.picture.commit();
+    m_services.picture.SetImageBuffer();
 }
 
 /// The first drag makes the ends; after that a press on a marker takes hold of it, the last one first where
@@ -215,5 +210,5 @@ void PaintTools::finishCurve()
         return;
     const std::array<QPoint, 4> points = *std::exchange(m_curve, std::nullopt);
     PaintShapes::stroke(m_services.picture.canvas(), PaintShapes::curve(points), pen());
-    m_services.picture.commit();
+    m_services.picture.SetImageBuffer();
 }

@@ -50,7 +50,7 @@ void appendCurve(std::vector<QPoint> &pixels, const std::array<QPoint, 4> &point
 }
 
 /// A dashed frame on the outermost pixels.
-void appendFrame(std::vector<QPoint> &pixels, const QRect &box)
+void DrawSelectionRect(std::vector<QPoint> &pixels, const QRect &box)
 {
     constexpr std::size_t dash = 4; // pixels; the gaps are as long
     const Path path = PaintShapes::rectangle(box.topLeft(), box.bottomRight());
@@ -116,7 +116,7 @@ void PaintTools::press(Button button, QPoint at, Modifiers modifiers)
         break;
     case DrawingTool::Fill:
         if (PaintShapes::floodFill(m_services.picture.canvas(), at, m_services.settings.foreground))
-            m_services.picture.commit();
+            m_services.picture.SetImageBuffer();
         break;
     case DrawingTool::Text:
         finishTools();
@@ -172,7 +172,7 @@ void PaintTools::release(Button button, QPoint at, Modifiers modifiers)
     if (band)
         releaseBand(*band);
     else if (stroke)
-        m_services.picture.commit();
+        m_services.picture.SetImageBuffer();
 }
 
 void PaintTools::doubleClick(Button button, QPoint at, Modifiers modifiers)
@@ -276,7 +276,7 @@ std::vector<QPoint> PaintTools::overlayPixels() const
     if (m_band)
         appendBand(pixels, *m_band);
     if (m_services.picture.selection().exists())
-        appendFrame(pixels, m_services.picture.selection().place);
+        DrawSelectionRect(pixels, m_services.picture.selection().place);
     append(pixels, PaintShapes::polyline(m_polygon, false));
     if (m_curve)
         appendCurve(pixels, *m_curve);

@@ -26,9 +26,8 @@ public:
         PaintPicture &picture;
         /// For the air brush, once for each position.
         std::function<std::uint32_t()> seed;
-        /// The filter brush: what `square`, which may reach out of the picture, looks like filtered, as far
-        /// as it lies in the picture. A null picture changes nothing.
-        std::function<QImage(const QImage &picture, const QRect &square)> filter;
+        /// The filter brush: filters `square`, which may reach out of the picture.
+        std::function<void(QImage &canvas, const QRect &square)> filter;
         /// The text in txtText, for when the text is to be placed.
         std::function<QString()> text;
         /// Pick Color has set a colour of the settings.

@@ -40,35 +40,39 @@ frmPaint::frmPaint(const Services &services)
     : m_services(services), m_failures(services.prompter),
       m_picture({services.state, services.prompter, m_settings}),
       m_tools({m_settings, m_picture, [this] { return static_cast<std::uint32_t>(m_seeds()); },
-               [this](const QImage &picture, const QRect &square) { return brushFiltered(picture, square); },
+               [this](QImage &canvas, const QRect &square) { filterSquare(canvas, square); },
                [this] { return picPaint->textBox().toPlainText(); },
                [this] {
                    const QColor fill = m_settings.fill; // the panel tells both at each change
                    m_colours->setForeground(m_settings.foreground);
                    m_colours->setFill(fill);
                }}),
-      m_progress(std::make_unique<FilterProgress>([this](int percent, const QImage &partial) {
-          m_statusText->setText(PaintTexts::filtering(percent));
-          if (!partial.isNull())
-              picPaint->showInstead(partial);
-      })),
+      m_progress(
+          std::make_unique<FilterProgress>([this](int percent, bool retrieving, const QImage &partial) {
+              m_statusText->setText(retrieving ? PaintTexts::retrieving(percent)
+                                               : PaintTexts::filtering(percent));
+              if (!partial.isNull())
+                  picPaint->showInstead(partial);
+          })),
       fraScroll(new QScrollArea(this)), m_area(new PaintArea(nullptr)),
       picPaint(new PaintCanvas(m_picture, m_tools, m_area)), fraTools(new QWidget(this)),
       optTools(new QButtonGroup(this)),
       fraOptDot(makeSizePanel({PaintSettings::sizes.begin(), PaintSettings::sizes.end()}, fraTools)),
       fraOptFill(makeFillPanel(fraTools)), fraBrush(makeBrushPanel(fraTools)),
       m_colours(new ColourPanel(this)), m_statusText(new QLabel(this)), m_statusPosition(new QLabel(this)),
-      m_menus(std::make_unique<PaintMenus>(*this, [this](const std::function<void()> &command) {
-          if (!m_progress->active())
-              tools(command);
-      }))
+      m_menus(std::make_unique<PaintMenus>(*this,
+                                           [this](const std::function<void()> &command) { tools(command); }))
 {
     setObjectName("frmPaint"_L1);
     buildTools();
     buildControls();
     connectCanvas();
     connectPanels();
-    m_settings.font = picPaint->textBox().font();
+    QFont textFont = picPaint->textBox().font();
+    textFont.setFamilies(
+        {u"MS Sans Serif"_s, textFont.family()}); // the second where the first is not installed
+    picPaint->textBox().setFont(textFont);
+    m_settings.font = textFont;
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmPaint::clipboardChanged);
     clipboardChanged();
     optTools_Click(static_cast<int>(DrawingTool::Pencil));
@@ -199,9 +203,11 @@ void frmPaint::connectPanels()
     });
 }
 
-/// Everything that the user does to the picture goes through here.
+/// Everything that is done to the picture goes through here, and nothing while a filter runs on it.
 void frmPaint::tools(const std::function<void()> &gesture)
 {
+    if (m_progress->active())
+        return;
     const auto done = qScopeGuard([this] { pictureChanged(); });
     runGuarded(m_failures, gesture);
 }

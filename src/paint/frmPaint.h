@@ -89,7 +89,7 @@ private:
     void showPosition();
     void clipboardChanged();
     QImage filtered(const QImage &source, int number);
-    QImage brushFiltered(const QImage &picture, const QRect &square) const;
+    void filterSquare(QImage &canvas, const QRect &square) const;
     void updateCursor(bool grabbing);
 
     Services m_services;

@@ -16,6 +16,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -245,26 +246,30 @@ QImage frmPaint::filtered(const QImage &source, int number)
     ProgressScope progress(*m_progress, QString(), 100);
     const QImage result = besideEvents(progress, [&](WorkBesideEvents &work) {
         return mdlFilter::ApplyFilter(
-            number, source, {}, parameters, [&](int percent, const QImage &partial, int) {
+            number, source, {}, parameters, [&](int percent, const QImage &partial, int columnsDone) {
                 work.done = percent;
-                return !work.stop.stop_requested() && m_progress->take(percent, partial);
+                return !work.stop.stop_requested() && m_progress->take(percent, partial, columnsDone == 0);
             });
     });
     picPaint->showInstead({});
     return result;
 }
 
-QImage frmPaint::brushFiltered(const QImage &picture, const QRect &square) const
+void frmPaint::filterSquare(QImage &canvas, const QRect &square) const
 {
-    const QRect visible = square & picture.rect();
-    if (m_settings.brushFilter == invertBrush)
-        return mdlEffect::TransformPicture(picture.copy(visible), mdlEffect::Kind::Invert, {});
-    const mdlFilter::Region region{square.left(), square.top(), square.right(), square.bottom()};
+    if (m_settings.brushFilter == invertBrush) {
+        // From the picture as it was before the stroke: squares lie over one another.
+        const QRect visible = square & canvas.rect();
+        const QImage before = m_picture.history().picture().copy(visible);
+        QPainter(&canvas).drawImage(visible.topLeft(),
+                                    mdlEffect::TransformPicture(before, mdlEffect::Kind::Invert, {}));
+        return;
+    }
     mdlFilter::Random random(static_cast<std::uint64_t>(square.left()) << 32 ^
                              static_cast<std::uint64_t>(square.top()));
-    return mdlFilter::ApplyFilter(m_settings.brushFilter, picture, region,
-                                  {m_settings.foreground.rgb(), m_settings.fill.rgb(), &random})
-        .copy(visible);
+    mdlFilter::ApplyFilterInPlace(m_settings.brushFilter, canvas,
+                                  {square.left(), square.top(), square.right(), square.bottom()},
+                                  {m_settings.foreground.rgb(), m_settings.fill.rgb(), &random});
 }
 
 // ---- help

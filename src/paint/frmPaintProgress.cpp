@@ -27,13 +27,15 @@ bool FilterProgress::step(int)
     m_sinceShown.start();
     QImage partial;
     int percent = 0;
+    bool retrieving = false;
     {
         const std::lock_guard lock(m_mutex);
         partial = std::exchange(m_partial, {});
         percent = m_percent;
+        retrieving = m_retrieving;
         m_wanted = true;
     }
-    m_show(percent, partial);
+    m_show(percent, retrieving, partial);
     QCoreApplication::processEvents();
     const std::lock_guard lock(m_mutex);
     return !m_cancelled;
@@ -45,10 +47,11 @@ void FilterProgress::end()
     m_active = false;
 }
 
-bool FilterProgress::take(int percent, const QImage &partial)
+bool FilterProgress::take(int percent, const QImage &partial, bool retrieving)
 {
     const std::lock_guard lock(m_mutex);
     m_percent = percent;
+    m_retrieving = retrieving;
     if (std::exchange(m_wanted, false))
         m_partial = partial.copy();
     return !m_cancelled;

@@ -15,7 +15,8 @@
 class FilterProgress : public QObject, public Progress
 {
 public:
-    using Show = std::function<void(int percent, const QImage &partial)>;
+    /// `retrieving`: the snapshot of the colours is being taken.
+    using Show = std::function<void(int percent, bool retrieving, const QImage &partial)>;
     explicit FilterProgress(Show show) : m_show(std::move(show)) {}
 
     void begin(const QString &what, int total) override;
@@ -25,7 +26,7 @@ public:
 
     /// From the working thread: the picture so far, taken over only when it is time to show one. False:
     /// cancelled.
-    bool take(int percent, const QImage &partial);
+    bool take(int percent, const QImage &partial, bool retrieving = false);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -40,5 +41,6 @@ private:
     bool m_wanted = false;
     bool m_cancelled = false;
     int m_percent = 0;
+    bool m_retrieving = false;
     QImage m_partial;
 };

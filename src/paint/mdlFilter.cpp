@@ -190,12 +190,12 @@ void contrast(Work &work, const Box &stripe, PairRow inner, double factor)
 }
 
 /// (x, y) goes down by amplitude times the sine of x; y is whole, so that a column moves as one.
-void wave(Work &work, const Box &stripe, double amplitude)
+void wave(Work &work, const Box &stripe, int amplitude, int firstColumn)
 {
     const Box visited = work.visited.within(stripe);
     std::vector<int> shifts;
     for (int x = visited.left; x <= visited.right; ++x)
-        shifts.push_back(Rounding::toInt(amplitude * std::sin(static_cast<double>(x))));
+        shifts.push_back(Rounding::toInt(amplitude * std::sin(static_cast<double>(firstColumn + x))));
     // Neighbours come from rows far apart: few columns at a time, so that these rows stay in the cache.
     constexpr std::size_t band = 64;
     for (std::size_t first = 0; first < shifts.size(); first += band) {
@@ -294,13 +294,20 @@ void runStripe(int number, Work &work, const Box &stripe, const Parameters &para
     case Snow:
         return contrast(work, stripe, FilterRows::snow, 24);
     case Wave:
-        return wave(work, stripe, 4);
+        return wave(work, stripe, waveAmplitude, parameters.firstColumn);
     case Crease:
-        return wave(work, stripe, 512);
+        return wave(work, stripe, creaseAmplitude, parameters.firstColumn);
     default:
         return;
     }
 }
+
+bool readsNeighbours(int number)
+{
+    constexpr std::array readers{Blur, Crease, Diffuse, Emboss, Sharpen, Snow, Wave};
+    return std::find(readers.begin(), readers.end(), number) != readers.end();
+}
+
 /// A picture like another one, with pixels yet to be written.
 QImage blankLike(const QImage &other)
 {
@@ -308,6 +315,20 @@ QImage blankLike(const QImage &other)
     result.setDevicePixelRatio(other.devicePixelRatio());
     result.setDotsPerMeterX(other.dotsPerMeterX());
     result.setDotsPerMeterY(other.dotsPerMeterY());
+    return result;
+}
+
+/// A copy of all pixels; null when the watcher, if there is one, has ended it.
+QImage snapshot(const QImage &source, const Watcher &watcher)
+{
+    QImage result = blankLike(source);
+    if (result.isNull())
+        throw std::bad_alloc();
+    for (int y = 0; y < source.height(); ++y) {
+        if (watcher && y % stripeWidth == 0 && !watcher(y * 100 / source.height(), {}, 0))
+            return {};
+        std::copy_n(row(source, y), source.width(), reinterpret_cast<std::uint32_t *>(result.scanLine(y)));
+    }
     return result;
 }
 
@@ -330,18 +351,6 @@ void copyOutside(Work &work)
 }
 } // namespace
 
-Region resolved(const Region &region, QSize picture)
-{
-    if (region.x1 == -1 && region.y1 == -1 && region.x2 == -1 && region.y2 == -1)
-        return {0, 0, picture.width(), picture.height()};
-    return region;
-}
-
-bool isSmall(const Region &region)
-{
-    return (std::int64_t{region.x2} - region.x1) * (std::int64_t{region.y2} - region.y1) < 256;
-}
-
 QImage ApplyFilter(int number, const QImage &picture, const Region &region, const Parameters &parameters,
                    const Watcher &watcher)
 {
@@ -358,9 +367,13 @@ QImage ApplyFilter(int number, const QImage &picture, const Region &region, cons
     const bool small = isSmall(whole);
     const bool watched = watcher && !small;
     // A watcher sees what is not done yet as it was; for nobody one pass over the pixels is enough.
-    QImage result = watched ? source.copy() : blankLike(source);
-    if (result.isNull())
+    QImage result =
+        watched ? snapshot(source, readsNeighbours(number) ? watcher : Watcher()) : blankLike(source);
+    if (result.isNull()) {
+        if (watched)
+            return {};
         throw std::bad_alloc();
+    }
     Work work{source, {}, visited, small};
     for (int y = 0; y < result.height(); ++y)
         work.target.push_back(reinterpret_cast<std::uint32_t *>(result.scanLine(y)));

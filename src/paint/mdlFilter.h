@@ -30,6 +30,10 @@ enum Filter : int {
     Wave = 13
 };
 
+/// How far Wave and Crease move pixels.
+inline constexpr int waveAmplitude = 4;
+inline constexpr int creaseAmplitude = 512;
+
 /// Pixels, all bounds included; they may lie outside the picture. All four -1: the whole picture, with
 /// x2 = width and y2 = height, so that the last row and column have neighbours without colour.
 struct Region {
@@ -77,12 +81,15 @@ struct Parameters {
     QRgb replaceFrom = 0;     ///< Replace colours: pixels of exactly this colour (alpha ignored) ...
     QRgb replaceTo = 0;       ///< ... become this one
     Random *random = nullptr; ///< Diffuse; without one the seed 0
+    int firstColumn = 0;      ///< Wave, Crease: x of the picture's first column, where it is part of another
 };
 
 /// Hears about a filter that takes its time: so many percent are done, and which columns are, from the left;
-/// the others are as they were. `result` goes on changing: keep a copy() if any. False ends the filter.
+/// the others are as they were. `result` goes on changing: keep a copy() if any. No columns: a filter that
+/// reads neighbours is still taking its snapshot of the colours, and `result` is null. False ends the filter.
 using Watcher = std::function<bool(int percent, const QImage &result, int columnsDone)>;
 
+// clang-format off
 /// Runs a filter over a region. The result has the size of the picture and Format_RGB32; it is null when the
 /// watcher has ended the filter. The picture itself stays. What each filter visits within the region, and
 /// gives:
@@ -92,14 +99,15 @@ using Watcher = std::function<bool(int percent, const QImage &result, int column
 ///     Brightness         all                       component + 32; + 2 in a small region
 ///     Darkness           all                       |component - 32|; |component - 2| in a small region
 ///     Diffuse            x1+2..x2-3, y1+2..y2-3    red of (x, y + d), green of (x + d, y), blue of
-///                                                  (x + d, y + d), each d a new offset of `random`: four
-///                                                  a pixel, in this order, for the visited pixels in
-///                                                  the picture, column by column
+///                                                  (x + d, y + d), each d a new offset of `random`: four a
+///                                                  pixel, in this order, for the visited pixels in the
+///                                                  picture, column by column
 ///     Emboss             x1..x2-1, y1..y2-1        |-128 + P(x, y) - P(x + 1, y + 1)|
-///     Gray black and     all                       r' = |(2g - b + r) r| / 256, g' = |(2b - g + r') r'| /
-///     256, white                                        b' = |(2b - g' + r') g'| / 256, then the mean of the
-///     three Grayscale          all                       0.32 (r + g + b) Replace colours    all see
-///     Parameters Sharpen            x1+1..x2, y1+1..y2        |P(x, y) + 0.5 (P(x, y) - P(x - 1, y - 1))|
+///     Gray black and     all                       r' = |(2g - b + r) r| / 256, g' = |(2b - g + r') r'| / 256,
+///     white                                        b' = |(2b - g' + r') g'| / 256, then the mean of the three
+///     Grayscale          all                       0.32 (r + g + b)
+///     Replace colours    all                       see Parameters
+///     Sharpen            x1+1..x2, y1+1..y2        |P(x, y) + 0.5 (P(x, y) - P(x - 1, y - 1))|
 ///     Snow               as Sharpen, with the factor 24
 ///     Wave               all                       (x, y) goes to (x, y + 4 sin x), x in radians, rounded;
 ///                                                  pixels to which nothing goes stay
@@ -107,8 +115,13 @@ using Watcher = std::function<bool(int percent, const QImage &result, int column
 ///
 /// A region is small if (x2 - x1) (y2 - y1) < 256. Unless it is, the watcher is called after every 256
 /// columns and after the last one; the percentage is that of the last finished column in x2.
+// clang-format on
 QImage ApplyFilter(int number, const QImage &picture, const Region &region, const Parameters &parameters = {},
                    const Watcher &watcher = {});
+
+/// The same on a picture of Format_RGB32 itself. Takes time for the region and what lies around it, not for
+/// the whole picture.
+void ApplyFilterInPlace(int number, QImage &picture, const Region &region, const Parameters &parameters = {});
 
 /// The region that is meant: itself, or the whole picture for four times -1.
 Region resolved(const Region &region, QSize picture);

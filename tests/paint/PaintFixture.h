@@ -55,7 +55,7 @@ struct PaintFixture : TestState {
     {
         picture.finishPending();
         picture.canvas() = image(rows);
-        picture.commit();
+        picture.SetImageBuffer();
     }
     Rows shown() const { return rowsOf(picture.flattened()); }
 };

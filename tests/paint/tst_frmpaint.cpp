@@ -1,12 +1,8 @@
-#include "paint/frmPaint.h"
+#include "paint/ShownPaint.h"
 
 #include "paint/CursorFile.h"
 #include "paint/frmPaintPanels.h"
 #include "paint/frmPaintProgress.h"
-#include "platform/ImageFile.h"
-#include "support/FakeWorkspace.h"
-#include "support/ScriptedPrompter.h"
-#include "support/TestState.h"
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -21,75 +17,6 @@
 #include <QToolButton>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace
-{
-/// The editor with a picture of which every pixel is different, 60 x 40.
-class frmPaintTest : public ::testing::Test, protected TestState
-{
-protected:
-    ScriptedPrompter prompter;
-    FakeWorkspace workspace;
-    QString path = folder.filePath(u"picture.bmp"_s);
-    QImage original{60, 40, QImage::Format_RGB32};
-    frmPaint form{{state, prompter, workspace}};
-
-    frmPaintTest()
-    {
-        for (int y = 0; y < original.height(); ++y)
-            for (int x = 0; x < original.width(); ++x)
-                original.setPixel(x, y, qRgb((4 * x + 7 * y) % 256, (5 * x + 6 * y) % 256, x * y % 256));
-        ImageFile::save(original, path);
-        form.showPic(path);
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
-    }
-    ~frmPaintTest() override
-    {
-        if (form.windowTitle().isEmpty())
-            ADD_FAILURE() << "no title";
-    }
-
-    template <typename Control>
-    Control &control(const QString &name)
-    {
-        auto *found = form.findChild<Control *>(name);
-        EXPECT_TRUE(found) << name.toStdString();
-        return *found;
-    }
-    QWidget &canvas() { return control<QWidget>(u"picPaint"_s); }
-    void tool(int index)
-    {
-        QTest::mouseClick(&control<QToolButton>(u"optTools_%1"_s.arg(index)), Qt::LeftButton);
-    }
-    void menu(const QString &name)
-    {
-        auto &action = control<QAction>(name);
-        EXPECT_TRUE(action.isEnabled()) << name.toStdString();
-        action.trigger();
-    }
-    /// On the canvas, in its units.
-    void drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::mousePress(&canvas(), Qt::LeftButton, modifiers, from);
-        QTest::mouseMove(&canvas(), to);
-        QTest::mouseRelease(&canvas(), Qt::LeftButton, modifiers, to);
-    }
-    void click(QPoint at, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::mouseClick(&canvas(), button, modifiers, at);
-    }
-    /// As it is on the screen, without the overlay of a finished gesture.
-    QImage shown() { return canvas().grab().toImage().convertToFormat(QImage::Format_RGB32); }
-    QString status() { return control<QLabel>(u"statusText"_s).text(); }
-    QString position() { return control<QLabel>(u"statusPosition"_s).text(); }
-    void closeUnsaved()
-    {
-        prompter.expectAsk(Question::PaintSaveChanges, Answer::No);
-        EXPECT_TRUE(form.close());
-        EXPECT_TRUE(form.close()) << "nobody is asked twice";
-    }
-};
-} // namespace
 
 TEST_F(frmPaintTest, ItShowsThePictureAndBeginsWithThePencil)
 {
@@ -320,12 +247,29 @@ TEST_F(frmPaintTest, APictureIsPrintedOrTheUserHearsWhyNot)
     menu(u"mnuPrint"_s);
 }
 
+TEST_F(frmPaintTest, TheInvertBrushInvertsEachPixelOnce)
+{
+    control<QAction>(u"mnuFilterTools_9"_s).trigger();
+    tool(14);
+    control<QMenu>(u"mnuTFilter"_s).close();
+    QTest::mouseClick(&control<QToolButton>(u"shpDot_1"_s), Qt::LeftButton); // 2 pixels to each side
+    drag({20, 10}, {22, 10});
+    for (int y = 8; y <= 12; ++y) {
+        for (int x = 18; x <= 24; ++x)
+            original.setPixel(x, y, ~original.pixel(x, y) | 0xff000000);
+    }
+    EXPECT_EQ(shown(), original);
+    closeUnsaved();
+}
+
 TEST(FilterProgress, EscapeCancelsAndEverythingElseWaits)
 {
     int percent = -1;
     QImage partial;
-    FilterProgress progress([&](int now, const QImage &picture) {
+    bool retrieves = false;
+    FilterProgress progress([&](int now, bool retrieving, const QImage &picture) {
         percent = now;
+        retrieves = retrieving;
         partial = picture;
     });
     QPushButton other(u"other"_s);
@@ -336,15 +280,17 @@ TEST(FilterProgress, EscapeCancelsAndEverythingElseWaits)
     {
         ProgressScope scope(progress, QString(), 100);
         EXPECT_TRUE(progress.active());
-        EXPECT_TRUE(progress.take(7, picture));
+        EXPECT_TRUE(progress.take(7, picture, true));
         while (percent < 0)
             EXPECT_TRUE(scope.step(0)); // a filter that is quick shows nothing
         EXPECT_EQ(percent, 7);
+        EXPECT_TRUE(retrieves);
         EXPECT_TRUE(partial.isNull()) << "no picture had been wanted yet";
         EXPECT_TRUE(progress.take(8, picture));
         while (percent < 8)
             EXPECT_TRUE(scope.step(0));
         EXPECT_EQ(partial.size(), picture.size());
+        EXPECT_FALSE(retrieves);
 
         QCoreApplication::postEvent(&other, new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier));
         QCoreApplication::postEvent(&other, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier));
@@ -357,22 +303,6 @@ TEST(FilterProgress, EscapeCancelsAndEverythingElseWaits)
     EXPECT_FALSE(pressed);
     QTest::keyClick(&other, Qt::Key_Space);
     EXPECT_TRUE(pressed) << "afterwards it goes on";
-}
-
-TEST_F(frmPaintTest, BadFilesLeaveThePicture)
-{
-    tool(4);
-    drag({5, 5}, {9, 5});
-    const QImage drawn = shown();
-    QFile bad(folder.filePath(u"bad.bmp"_s));
-    ASSERT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("BM no picture") > 0);
-    bad.close();
-    prompter.expectAsk(Question::PaintSaveChanges, Answer::No);
-    prompter.expectTell(Question::PaintOpenFailed);
-    form.showPic(bad.fileName());
-    EXPECT_EQ(shown(), drawn);
-    EXPECT_TRUE(control<QAction>(u"mnuUndo"_s).isEnabled());
-    closeUnsaved();
 }
 
 TEST(CursorFile, HotSpotsComeFromTheFile)

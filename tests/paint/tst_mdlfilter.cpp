@@ -178,6 +178,31 @@ TEST(mdlFilter, TheWatcherHearsOfColumnsAndEndsTheFilter)
     EXPECT_TRUE(
         ApplyFilter(Blur, picture, {}, {}, [&](int, const QImage &, int) { return ++calls < 2; }).isNull());
     EXPECT_EQ(calls, 2);
+    std::vector<int> retrieved;
+    const QImage tall = randomPicture({20, 600}, 1);
+    ApplyFilter(Blur, tall, {}, {}, [&](int percent, const QImage &result, int done) {
+        EXPECT_EQ(result.isNull(), done == 0);
+        retrieved.push_back(done == 0 ? percent : -1);
+        return true;
+    });
+    EXPECT_EQ(retrieved, (std::vector<int>{0, 42, 85, -1})) << "the snapshot comes first";
+}
+
+TEST(mdlFilter, InPlaceIsTheSameAsOnTheWholePicture)
+{
+    const QImage picture = randomPicture({90, 1300}, 3);
+    for (int number = 0; number <= 13; ++number) {
+        for (const Region &region :
+             {Region{20, 600, 36, 616}, Region{-3, -3, 5, 5}, Region{80, 1290, 96, 1306},
+              Region{40, 40, 44, 44}, Region{100, 10, 110, 20}}) {
+            Random random(5);
+            Random again(5);
+            const QImage whole = ApplyFilter(number, picture, region, {0, 1, &random});
+            QImage inPlace = picture;
+            ApplyFilterInPlace(number, inPlace, region, {0, 1, &again});
+            EXPECT_TRUE(sameBits(inPlace, whole)) << number << " at " << region.x1;
+        }
+    }
 }
 
 TEST(mdlFilter, OtherFormatsAndNoPictureAtAll)

@@ -20,11 +20,11 @@ protected:
     QString typed;
     std::vector<QRect> squares;
     PaintTools tools{{settings, picture, [this] { return ++seeds; },
-                      [this](const QImage &from, const QRect &square) {
+                      [this](QImage &canvas, const QRect &square) {
                           squares.push_back(square);
-                          QImage part = from.copy(square & from.rect());
-                          part.invertPixels();
-                          return settings.brushFilter == 0 ? QImage() : part;
+                          if (settings.brushFilter != 0)
+                              PaintShapes::fillRectangle(canvas, square.topLeft(), square.bottomRight(),
+                                                         {Qt::black, FillStyle::Solid});
                       },
                       [this] { return typed; }, [this] { ++colourChanges; }}};
 
