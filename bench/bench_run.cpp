@@ -105,7 +105,7 @@ double share(std::vector<double> values, double part)
 struct Program : TestState {
     ScriptedPrompter user;
     UserSettings settings{folder.filePath(u"settings.ini"_s)};
-    Platform platform = makeRealPlatform();
+    Platform platform = makeRealPlatform([] { return QString(); });
     TimedScreen *screen = nullptr;
     std::unique_ptr<frmMain> window;
 

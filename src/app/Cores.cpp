@@ -15,7 +15,14 @@ Cores::Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &
                   workspace, *platform.programs},
                  snapshots),
       projects({state, database, directories, prompter, workspace, *platform.programs, *platform.clock}),
-      documents(DocumentServices{state, database, directories, prompter, workspace, progress}),
-      hotKeys(*platform.hotKeys)
+      documentServices{state,
+                       database,
+                       directories,
+                       prompter,
+                       workspace,
+                       progress,
+                       *platform.wordProcessor,
+                       *platform.programs},
+      documents(documentServices), hotKeys(*platform.hotKeys)
 {
 }

@@ -24,6 +24,7 @@ struct Cores {
     DelayedShot delayedShot;
     RegionShot regionShot;
     ProjectCommands projects;
+    DocumentServices documentServices;
     DocumentGeneration documents;
     mHotKey hotKeys;
 };

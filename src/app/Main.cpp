@@ -32,7 +32,7 @@ int main(int argc, char **argv)
     StartUp::initialState(state);
     state.CommandLinePath = QApplication::arguments().value(1);
 
-    Platform platform = makeRealPlatform();
+    Platform platform = makeRealPlatform([&state] { return state.AppOptions.WordProcessor; });
     FailureBox failures(prompter);
     platform.spelling = std::make_unique<WidgetSpelling>(failures);
     UserSettings settings;

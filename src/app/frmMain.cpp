@@ -10,6 +10,8 @@
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
 #include "capture/frmRegion.h"
+#include "documents/PdfConversion.h"
+#include "documents/WordFiles.h"
 #include "pagestore/frmBackupDatabase.h"
 #include "pagestore/frmDelProj.h"
 #include "pagestore/Statements.h"
@@ -353,6 +355,16 @@ void frmMain::mnuBackupDatabase_Click()
 void frmMain::mnuCreateHTML_Click()
 {
     m_cores->documents.CreateDocuments();
+}
+
+void frmMain::mnuWordtoPDF_Click()
+{
+    PdfConversion::ConvertWordFileToPdf(m_cores->documentServices);
+}
+
+void frmMain::mnuViewWord_Click()
+{
+    WordFiles::openDocumentOfProject(m_cores->documentServices);
 }
 
 void frmMain::mnuIndexPage_Click()

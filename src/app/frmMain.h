@@ -44,6 +44,8 @@ public:
     void mnuPaintEditor_Click();
     void mnuCreateHTML_Click();
     void mnuFileExit_Click();
+    void mnuWordtoPDF_Click();
+    void mnuViewWord_Click();
     void mnuIndexPage_Click();
     void mnuDeleteProject_Click();
     void mnuBackupDatabase_Click();

@@ -114,7 +114,7 @@ void frmMain::openPageEditor(const QString &caption)
 {
     try {
         addTab(new frmPageData1({m_state, m_cores->database, m_prompter, *this, *m_platform.programs,
-                                 *m_platform.spelling, *m_platform.clock}),
+                                 *m_platform.spelling, *m_platform.clock, *m_platform.wordProcessor}),
                caption);
     } catch (const RunTimeError &) {
         m_state.EditorAddPage = false; // an order for this editor, not for the next one

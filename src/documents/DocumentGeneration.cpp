@@ -1,5 +1,6 @@
 #include "documents/DocumentGeneration.h"
 
+#include "documents/WordFiles.h"
 #include "platform/RunTimeError.h"
 
 #include <QLocale>
@@ -11,24 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-PromptText closeWordPrompt(bool withPdf)
-{
-    if (!withPdf)
-        return {u"If the file you are creating is already open elsewhere, Microsoft Word \r\n"
-                "will generate a share violation error.\r\n\r\n"
-                "So either close all Word applications now (this is recommended).\r\n"
-                "Or, close them if they are open with the current project files."_s,
-                u"Please Close Microsoft Word"_s, Icon::Exclamation};
-    return {u"If the file you are creating is already open elsewhere, Microsoft Word \r\n"
-            "and Adobe PDF will generate a share violation error.\r\n\r\n"
-            "So either close all Word and Adobe applications now(this is recommended).\r\n"
-            "Or, close them if they are open with the current project files.\r\n\r\n"
-            "Please click the 'Save' button when it prompts, but do NOT click on \r\n"
-            "anything else during generating PDF to avoid to see rather confusing \r\n"
-            "'Retry' message."_s,
-            u"Please Close Microsoft Word and Adobe Applications"_s, Icon::Exclamation};
-}
-
 bool wantsHtml(Prompter &prompter)
 {
     return prompter.ask(Question::DocumentFormat, Buttons::YesNo,
@@ -93,46 +76,64 @@ void DocumentGeneration::GenerateHtmlOutput()
     m_services.workspace.openContentsPage();
 }
 
-/// The previous pages make room for new ones, or come back.
-bool DocumentGeneration::replaceHtmlDocuments()
+/// The previous documents make room for new ones, or come back.
+bool DocumentGeneration::replaceDocuments(const Kind &kind)
 {
     const Module1 &state = m_services.state;
-    HtmlOutcome outcome = HtmlOutcome::GivenUp;
+    Outcome outcome = Outcome::GivenUp;
     std::optional<QString> failure;
     bool complete = true;
     bool hadPrevious = false;
     {
-        const ProgressScope box(m_services.progress, u"Generating the HTML pages"_s, 0);
+        const ProgressScope box(m_services.progress, kind.title, 0);
         MovedDocuments previous(state.FileSystem, state.ProjectDirectory);
-        WrittenFiles written(state.FileSystem);
         try {
             const auto moving =
-                m_services.directories.MoveOldDocuments(u"HTML"_s, previous, m_services.progress);
+                m_services.directories.MoveOldDocuments(kind.moved, previous, m_services.progress);
             if (moving == ProjectDirectories::Moving::NoDirectory)
                 return false;
             if (moving == ProjectDirectories::Moving::Done)
-                outcome = writeHtmlDocuments(state.AppOptions.ProjectName, written);
+                outcome = kind.write();
         } catch (const RunTimeError &error) {
             failure = error.description();
         }
         hadPrevious = previous.count() > 0;
-        if (outcome == HtmlOutcome::GivenUp) {
-            complete = written.undo(m_services.progress);
+        if (outcome == Outcome::GivenUp) {
+            complete = kind.undo();
             complete = previous.putBack(m_services.progress) && complete;
         } else {
-            written.keep();
+            kind.keep();
             previous.keep(m_services.progress);
         }
     }
-    if (outcome == HtmlOutcome::GivenUp) {
+    if (outcome == Outcome::GivenUp) {
         const QString end = failure ? u"Failed"_s : u"Cancelled"_s;
         if (complete)
-            m_services.workspace.showStatus(end + (hadPrevious ? u": the previous documents are back."_s
-                                                               : u": no HTML pages were written."_s));
+            m_services.workspace.showStatus(
+                end + (hadPrevious ? u": the previous documents are back."_s : u": "_s + kind.none));
         if (failure || !complete)
-            tellFailure(failure.value_or(u"the generation was cancelled"_s), complete);
+            tellFailure(kind.moved, failure.value_or(u"the generation was cancelled"_s), complete);
     }
-    return outcome == HtmlOutcome::Finished;
+    return outcome == Outcome::Finished;
+}
+
+bool DocumentGeneration::replaceHtmlDocuments()
+{
+    const Module1 &state = m_services.state;
+    WrittenFiles written(state.FileSystem);
+    return replaceDocuments({u"HTML"_s, u"Generating the HTML pages"_s, u"no HTML pages were written."_s,
+                             [&] { return writeHtmlDocuments(state.AppOptions.ProjectName, written); },
+                             [&] { return written.undo(m_services.progress); }, [&] { written.keep(); }});
+}
+
+bool DocumentGeneration::replaceWordDocuments()
+{
+    const Module1 &state = m_services.state;
+    ReplacedFiles replaced(state.FileSystem);
+    return replaceDocuments({u"Word"_s, u"Generating the Word documents"_s,
+                             u"no Word documents were written."_s,
+                             [&] { return writeWordDocuments(state.AppOptions.ProjectName, replaced); },
+                             [&] { return replaced.undo(); }, [&] { replaced.keep(); }});
 }
 
 void DocumentGeneration::tellCreated()
@@ -151,9 +152,9 @@ void DocumentGeneration::tellCreated()
          state.AppTitle});
 }
 
-void DocumentGeneration::tellFailure(const QString &reason, bool previousAreBack)
+void DocumentGeneration::tellFailure(const QString &kind, const QString &reason, bool previousAreBack)
 {
-    QString text = u"No HTML documents were created: "_s + reason;
+    QString text = u"No %1 documents were created: "_s.arg(kind) + reason;
     if (!previousAreBack)
         text += u"\r\nSome of the previous ones could not be put back from the folder "_s +
                 ProjectDirectories::oldDocumentFolder(m_services.state.ProjectDirectory);
@@ -163,14 +164,35 @@ void DocumentGeneration::tellFailure(const QString &reason, bool previousAreBack
 void DocumentGeneration::GenerateWordOutput()
 {
     const AppOptions &options = m_services.state.AppOptions;
-    m_services.prompter.tell(Question::CloseWordFirst, closeWordPrompt(options.AutoConvertWord2PDF != 0));
-    if (!m_services.wordDocuments || !m_services.wordDocuments->available()) {
+    m_services.prompter.tell(Question::CloseWordFirst,
+                             WordFiles::closeWordPrompt(options.AutoConvertWord2PDF == 0
+                                                            ? WordFiles::CloseReason::ProjectFiles
+                                                            : WordFiles::CloseReason::ProjectFilesAndPdf));
+    if (!m_services.wordProcessor.wordProcessorInstalled()) {
         m_services.prompter.tell(
             Question::WordNotInstalled,
             {u"Microsoft Word is not installed or is not functioning right. Error Number: 429"_s,
              m_services.state.AppTitle});
         return;
     }
-    if (m_services.directories.MoveOldDocuments(u"Word"_s))
-        m_services.wordDocuments->GenerateWordDocuments(options.ProjectName);
+    m_services.workspace.showStatus(QString());
+    if (replaceWordDocuments())
+        showWord();
+    m_word.reset();
+}
+
+/// The word processor's window with what was written.
+void DocumentGeneration::showWord()
+{
+    const bool withPdf = m_services.state.AppOptions.AutoConvertWord2PDF == 1;
+    QString status = m_documentsWritten == 1 ? u"1 Word document written"_s
+                                             : QLocale(QLocale::English).toString(m_documentsWritten) +
+                                                   u" Word documents written"_s;
+    status += withPdf ? u", and as PDF."_s : u"."_s;
+    try {
+        m_word->show();
+    } catch (const RunTimeError &error) {
+        status += u" It cannot be shown: "_s + error.description();
+    }
+    m_services.workspace.showStatus(status);
 }

@@ -1,34 +1,12 @@
 #pragma once
 
+#include "documents/DocumentServices.h"
 #include "documents/HtmlPageWriter.h"
 #include "documents/PassFiles.h"
-#include "pagestore/ProjectDirectories.h"
-#include "state/Progress.h"
-#include "state/Workspace.h"
+#include "documents/ReplacedFiles.h"
 
-/// Documents for a word processor. Whoever can write them hands an implementation over.
-class WordDocuments
-{
-public:
-    virtual ~WordDocuments() = default;
-
-    /// Is there a word processor?
-    virtual bool available() const = 0;
-
-    /// All finished pages of the project. True at the end of a run.
-    virtual bool GenerateWordDocuments(const QString &project) = 0;
-};
-
-/// What the generation of documents works with; references must outlive it.
-struct DocumentServices {
-    Module1 &state;
-    PageDatabase &database;
-    ProjectDirectories &directories;
-    Prompter &prompter;
-    Workspace &workspace;
-    Progress &progress;
-    WordDocuments *wordDocuments = nullptr; ///< none: as on a machine without a word processor
-};
+#include <functional>
+#include <memory>
 
 /// Turns the current project into its final documents.
 ///
@@ -48,20 +26,40 @@ public:
     /// and every row is as it was before.
     bool GenerateHtmlDocuments(const QString &project);
 
+    /// All finished pages of the project as documents of the word processor, in one or each in its own, and
+    /// as PDF if the options say so. Result and failures as those of GenerateHtmlDocuments, for files.
+    bool GenerateWordDocuments(const QString &project);
+
     /// Moves the previous pages away, writes new ones, reports, and shows the contents page. The previous
     /// pages come back when the user gives up or something fails, which is told.
     void GenerateHtmlOutput();
     void GenerateWordOutput();
 
 private:
-    enum class HtmlOutcome { Finished, NoPages, GivenUp };
-    HtmlOutcome writeHtmlDocuments(const QString &project, WrittenFiles &written);
-    std::unique_ptr<Recordset> readPages(const QString &project);
+    enum class Outcome { Finished, NoPages, GivenUp };
+    Outcome writeHtmlDocuments(const QString &project, WrittenFiles &written);
+    Outcome writeWordDocuments(const QString &project, ReplacedFiles &replaced);
+    std::unique_ptr<Recordset> readPages(const QString &query);
+
+    /// One kind of documents: how its files are called, and how they are written.
+    struct Kind {
+        QString moved; ///< what MoveOldDocuments() calls it
+        QString title;
+        QString none; ///< "no HTML pages were written"
+        std::function<Outcome()> write;
+        std::function<bool()> undo;
+        std::function<void()> keep;
+    };
+    bool replaceDocuments(const Kind &kind);
     bool replaceHtmlDocuments();
-    void tellFailure(const QString &reason, bool previousAreBack);
+    bool replaceWordDocuments();
+    void tellFailure(const QString &kind, const QString &reason, bool previousAreBack);
     void tellCreated();
+    void showWord();
 
     DocumentServices m_services;
+    std::unique_ptr<WordApplication> m_word; ///< while documents are generated
     int m_pagesWritten = 0;
+    int m_documentsWritten = 0;
     bool m_running = false;
 };

@@ -163,7 +163,7 @@ private:
 bool DocumentGeneration::GenerateHtmlDocuments(const QString &project)
 {
     WrittenFiles written(m_services.state.FileSystem);
-    if (writeHtmlDocuments(project, written) == HtmlOutcome::Finished) {
+    if (writeHtmlDocuments(project, written) == Outcome::Finished) {
         written.keep();
         return true;
     }
@@ -171,39 +171,38 @@ bool DocumentGeneration::GenerateHtmlDocuments(const QString &project)
     return false;
 }
 
-DocumentGeneration::HtmlOutcome DocumentGeneration::writeHtmlDocuments(const QString &project,
-                                                                       WrittenFiles &written)
+DocumentGeneration::Outcome DocumentGeneration::writeHtmlDocuments(const QString &project,
+                                                                   WrittenFiles &written)
 {
     Module1 &state = m_services.state;
     const auto defaultPointer = qScopeGuard([this] { m_services.workspace.setBusyPointer(false); });
-    const std::unique_ptr<Recordset> rows = readPages(project);
+    const std::unique_ptr<Recordset> rows = readPages(Statements::htmlDocumentPages(project));
     if (rows->atEnd()) {
         m_services.prompter.tell(Question::NoPagesForDocuments,
                                  {u"There are no data or screen shot \r\n"
                                   "for this project. No HTML document created."_s,
                                   state.AppTitle});
-        return HtmlOutcome::NoPages;
+        return Outcome::NoPages;
     }
     const std::optional<QString> contentsPath = ChooseOutputFile(
         state.FileSystem, m_services.prompter, state.ProjectDirectory, u"index.htm"_s, u"Contents Page"_s);
     if (!contentsPath)
-        return HtmlOutcome::GivenUp;
+        return Outcome::GivenUp;
     HtmlPass pass(m_services, written);
     if (!pass.writePages(*rows))
-        return HtmlOutcome::GivenUp;
+        return Outcome::GivenUp;
     pass.writeContents(*contentsPath);
     if (!pass.storePaths())
-        return HtmlOutcome::GivenUp;
+        return Outcome::GivenUp;
     state.ContentsPagePath = *contentsPath;
     m_pagesWritten = pass.pages();
-    return HtmlOutcome::Finished;
+    return Outcome::Finished;
 }
 
-std::unique_ptr<Recordset> DocumentGeneration::readPages(const QString &project)
+std::unique_ptr<Recordset> DocumentGeneration::readPages(const QString &query)
 {
     ProgressScope progress(m_services.progress, u"Reading the pages"_s, 0);
     const std::unique_ptr<Connection> connection = m_services.database.connect();
-    const QString query = Statements::htmlDocumentPages(project);
     return besideEvents(progress,
                         [&](WorkBesideEvents & /*work*/) { return connection->openRecordset(query); });
 }

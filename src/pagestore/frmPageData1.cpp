@@ -1,5 +1,6 @@
 #include "pagestore/frmPageData1.h"
 
+#include "documents/WordFiles.h"
 #include "platform/ShortDate.h"
 #include "ui_frmPageData1.h"
 
@@ -118,8 +119,7 @@ void frmPageData1::connectButtons()
                 guarded(m_failures, [this, index] { cmdBrowse_Click(index); }));
     connect(m_ui->cmdHelp, &QPushButton::clicked, this,
             guarded(m_failures, [this] { m_services.workspace.openHelp(u"data1.htm"_s); }));
-    m_ui->cmdWord->setEnabled(false);
-    m_ui->cmdWord->setToolTip(u"Opening Word files is not in this version."_s);
+    connect(m_ui->cmdWord, &QPushButton::clicked, this, guarded(m_failures, [this] { cmdWord_Click(); }));
 
     auto *save = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), this, nullptr, nullptr,
                                Qt::WidgetWithChildrenShortcut);
@@ -354,6 +354,11 @@ void frmPageData1::cmdViewHTML_Click()
     m_services.state.ContentsPagePath = box(HTMLFilePath).text();
     m_services.state.ShowContentsRequested = true;
     m_services.workspace.openContentsPage();
+}
+
+void frmPageData1::cmdWord_Click()
+{
+    WordFiles::open(m_services.wordProcessor, m_services.prompter, box(WordFilePath).text());
 }
 
 // ---- spelling

@@ -7,6 +7,7 @@
 #include "platform/ExternalPrograms.h"
 #include "platform/qt/Guarded.h"
 #include "platform/Spelling.h"
+#include "platform/WordProcessor.h"
 #include "state/Workspace.h"
 
 #include <QTimer>
@@ -28,6 +29,7 @@ struct PageEditorServices {
     ExternalPrograms &programs;
     Spelling &spelling;
     Clock &clock;
+    WordProcessor &wordProcessor;
 };
 
 /// The page editor: the texts of one page at a time, bound to the rows that its opener has asked for. A tab
@@ -86,6 +88,7 @@ private:
     void cmdPaintEditor_Click();
     QString imagePath();
     void cmdViewHTML_Click();
+    void cmdWord_Click();
     template <typename Action>
     bool onRows(Action action);
     void move(void (clsPageData1::*way)());

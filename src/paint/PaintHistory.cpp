@@ -121,5 +121,5 @@ qint64 PaintHistory::bytes() const
                 pixelCount += tile->size();
         }
     }
-    return static_cast<qint64>(pixelCount * sizeof(QRgb));
+    return qint64{sizeof(QRgb)} * static_cast<qint64>(pixelCount);
 }

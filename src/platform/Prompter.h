@@ -121,6 +121,8 @@ enum class Question {
     DocumentsFailed,
     CloseWordFirst,
     WordNotInstalled,
+    ChooseWordFile,
+    PdfPrinterMissing,
 };
 
 enum class Answer {

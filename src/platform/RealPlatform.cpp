@@ -5,12 +5,15 @@
 #include "platform/linux/PortalScreen.h"
 #include "platform/linux/ScreenshotPortal.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/office/OfficeWordProcessor.h"
 #include "platform/RunTimeError.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11InputHook.h"
 #include "platform/x11/X11Monitors.h"
 #include "platform/x11/X11Screen.h"
+
+#include <QStandardPaths>
 
 #include <utility>
 
@@ -96,7 +99,7 @@ bool isWaylandSession()
 }
 } // namespace
 
-Platform makeRealPlatform()
+Platform makeRealPlatform(const std::function<QString()> &wordProcessor)
 {
     Platform platform;
     platform.clock = std::make_unique<SystemClock>();
@@ -111,6 +114,9 @@ Platform makeRealPlatform()
     platform.sound = std::make_unique<AlsaSound>();
     platform.database = std::make_unique<SqliteDatabase>();
     platform.programs = std::make_unique<DesktopPrograms>();
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    platform.wordProcessor = std::make_unique<OfficeWordProcessor>(
+        wordProcessor, OfficeProgram(data + QStringLiteral("/shotly/office")), *platform.programs);
     platform.spelling = std::make_unique<AbsentSpelling>();
     return platform;
 }

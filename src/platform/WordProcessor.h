@@ -78,9 +78,11 @@ public:
     virtual void setWidth(int points) = 0;
     virtual void setVisible(bool visible) = 0;
 
-    /// A new document from a template; it becomes the active one.
+    /// A new document from a template; it becomes the active one. References stay valid as long as this
+    /// object lives.
     virtual WordDocument &addDocument(const QString &templatePath) = 0;
-    /// Opens a file; it becomes the active document. A file that is missing is number 4198.
+    /// Opens a file, in a window of its own if setVisible() asked for one; it becomes the active document. A
+    /// file that is missing is WordFileMissing.
     virtual WordDocument &openDocument(const QString &path) = 0;
     /// How many documents are open.
     virtual int documents() const = 0;
@@ -92,12 +94,15 @@ public:
     virtual QString activePrinter() const = 0;
     virtual void setActivePrinter(const QString &printer) = 0;
 
-    /// Runs a macro on the active document. "AdobePDFMaker.AutoExec.ConvertToPDF" writes the PDF of the same
-    /// name next to it, atomically.
+    /// Runs a macro on the active document, which must have been saved. WordProcessor::pdfMacro() writes its
+    /// PDF next to it, atomically, and wants WordProcessor::pdfPrinter() as the active printer.
     virtual void run(const QString &macro, const DocumentWork &work) = 0;
 
-    /// Shows the first document that was saved or opened in a window of its own, which outlives this
-    /// object; only where setVisible() asked for a window.
+    /// These pictures are going to be added: they may be prepared meanwhile.
+    virtual void expectPictures(const QStringList &paths) = 0;
+
+    /// Shows the document that was saved first in a window of its own, which outlives this object, if
+    /// setVisible() asked for one.
     virtual void show() = 0;
 };
 
@@ -105,7 +110,12 @@ public:
 class WordProcessor
 {
 public:
-    static constexpr const char *pdfMacro = "AdobePDFMaker.AutoExec.ConvertToPDF";
+    static QString pdfMacro() { return QStringLiteral("AdobePDFMaker.AutoExec.ConvertToPDF"); }
+    static QString pdfPrinter() { return QStringLiteral("Adobe PDF"); }
+
+    /// Where the PDF of a document goes: ".pdf" in the place of what follows the last dot of its name, or
+    /// after a name without a dot.
+    static QString pdfPathOf(const QString &documentPath);
 
     virtual ~WordProcessor() = default;
 
@@ -113,6 +123,9 @@ public:
 
     /// Starts it. Throws RunTimeError number CannotCreateObject when there is none.
     virtual std::unique_ptr<WordApplication> createApplication() = 0;
+
+    /// Whether it converts any Word file, not just those that it has written itself.
+    virtual bool canConvertFiles() const = 0;
 
     /// Device names of the printers.
     virtual QStringList printers() const = 0;

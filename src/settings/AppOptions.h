@@ -68,5 +68,6 @@ struct AppOptions {
     std::array<HtmlTextStyle, textRoleCount> HtmlStyles;
     std::array<WordTextStyle, textRoleCount> WordStyles;
 
-    QString PaintProgram; ///< external paint program; empty: the first known one that is installed
+    QString WordProcessor; ///< "auto", "builtin", "libreoffice" or "none"
+    QString PaintProgram;  ///< external paint program; empty: the first known one that is installed
 };

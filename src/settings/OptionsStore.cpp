@@ -120,6 +120,7 @@ void addPlainRows(std::vector<Row> &table)
     add(u"SnapShotByPressTab", member(&AppOptions::SnapShotByPressTab), u"0"_s, std::nullopt);
     add(u"SnapShotByPressReturn", member(&AppOptions::SnapShotByPressReturn), u"0"_s, std::nullopt);
     add(u"PaintProgram", member(&AppOptions::PaintProgram), {}, std::nullopt);
+    add(u"WordProcessor", member(&AppOptions::WordProcessor), u"auto"_s, std::nullopt);
 }
 
 void addFlagRows(std::vector<Row> &table)

@@ -10,6 +10,7 @@
 #include "support/FakeScreen.h"
 #include "support/FakeSound.h"
 #include "support/FakeSpelling.h"
+#include "support/FakeWordProcessor.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TestState.h"
 
@@ -57,6 +58,7 @@ protected:
         add(platform.sound, std::make_unique<FakeSound>());
         add(platform.database, std::make_unique<SqliteDatabase>());
         add(platform.programs, std::make_unique<FakePrograms>());
+        add(platform.wordProcessor, std::make_unique<FakeWordProcessor>());
         add(platform.spelling, std::make_unique<FakeSpelling>());
         screen->picture = QImage(400, 300, QImage::Format_RGB32);
         screen->picture.fill(Qt::gray);

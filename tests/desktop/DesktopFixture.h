@@ -21,7 +21,7 @@ class DesktopTest : public ::testing::Test, protected TestState
 protected:
     ScriptedPrompter user;
     UserSettings settings{folder.filePath(QStringLiteral("settings.ini"))};
-    Platform platform = makeRealPlatform();
+    Platform platform = makeRealPlatform([] { return QString(); });
     FakePrograms *programs = nullptr;
     std::unique_ptr<frmMain> window;
 

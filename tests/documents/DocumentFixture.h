@@ -1,34 +1,25 @@
 #pragma once
 
 #include "documents/DocumentGeneration.h"
+#include "support/FakePrograms.h"
 #include "support/FakeProgress.h"
+#include "support/FakeWordProcessor.h"
 #include "support/TestPages.h"
 
 #include <QDirIterator>
 
 #include <map>
 
-class FakeWordDocuments : public WordDocuments
-{
-public:
-    bool installed = true;
-    QString written;
-
-    bool available() const override { return installed; }
-    bool GenerateWordDocuments(const QString &project) override
-    {
-        written = project;
-        return true;
-    }
-};
-
 class DocumentGenerationTest : public testing::Test
 {
 protected:
     TestPages t;
     FakeProgress progress;
-    FakeWordDocuments word;
-    DocumentGeneration documents{{t.state, t.pages, t.directories, t.prompter, t.workspace, progress, &word}};
+    FakeWordProcessor word;
+    FakePrograms programs;
+    DocumentServices services{t.state,     t.pages,  t.directories, t.prompter,
+                              t.workspace, progress, word,          programs};
+    DocumentGeneration documents{services};
 
     /// A finished page; one that has a picture is named after its number.
     void addPage(int number, bool picture = true, const QString &title = QStringLiteral("T"),

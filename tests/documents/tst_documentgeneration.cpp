@@ -166,6 +166,7 @@ TEST_F(DocumentGenerationTest, theOptionSaysWhichKindsAreWritten)
     };
     addPage(1);
     t.state.AppOptions.ShowLessMessage = 1;
+    t.state.AppOptions.OneWordDocumentIncludeAllPages = true;
     for (const Row &row : {Row{0, Answer::Ok, true, false}, Row{1, Answer::Ok, false, true},
                            Row{2, Answer::Yes, true, false}, Row{2, Answer::No, false, true},
                            Row{3, Answer::Ok, true, true}, Row{4, Answer::Ok, false, false}}) {
@@ -176,11 +177,14 @@ TEST_F(DocumentGenerationTest, theOptionSaysWhichKindsAreWritten)
         if (row.word)
             t.prompter.expectTell(Question::CloseWordFirst);
         t.workspace.calls.clear();
-        word.written.clear();
+        word.log.clear();
         documents.CreateDocuments();
         EXPECT_EQ(t.workspace.calls.size(), row.html ? 1 : 0) << row.format;
-        EXPECT_EQ(word.written, row.word ? u"Demo"_s : QString()) << row.format;
-        EXPECT_EQ(files().contains(u"Demo.doc"_s), !row.word) << "moved before new ones are written";
+        EXPECT_EQ(word.log.contains(u"save Demo.doc"_s), row.word) << row.format;
+        EXPECT_EQ(t.read(t.inProject(u"Demo.doc"_s)), row.word ? "new document" : "old");
+        if (row.word) {
+            EXPECT_EQ(t.read(t.inProject(u"oldDocument/Demo.doc"_s)), "old");
+        }
         EXPECT_FALSE(t.workspace.busy);
     }
 }

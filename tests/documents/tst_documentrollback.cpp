@@ -80,7 +80,8 @@ TEST_F(DocumentRollbackTest, eventsRunWhileTheDatabaseKeepsItWaiting)
     t.state.AppOptions.ShowLessMessage = 1;
     SqliteDatabase patient{std::chrono::minutes(1)};
     PageDatabase pages{patient, t.state, t.prompter};
-    DocumentGeneration waiting{{t.state, pages, t.directories, t.prompter, t.workspace, progress, &word}};
+    DocumentGeneration waiting{
+        DocumentServices{t.state, pages, t.directories, t.prompter, t.workspace, progress, word, programs}};
     sqlite3 *other = nullptr;
     sqlite3_open(t.state.DatabasePath.toUtf8().constData(), &other);
     const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> owner(other, sqlite3_close);

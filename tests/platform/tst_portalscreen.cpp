@@ -221,7 +221,7 @@ TEST_F(PortalScreenTest, AWaylandSessionSaysWhatCanBeDoneInIt)
     const QByteArray display = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
     qputenv("WAYLAND_DISPLAY", "wayland-9");
-    const Platform platform = makeRealPlatform();
+    const Platform platform = makeRealPlatform([] { return QString(); });
     qunsetenv("WAYLAND_DISPLAY");
     const auto saidAtBegin = [&]() -> QString {
         try {
