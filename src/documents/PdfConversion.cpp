@@ -9,19 +9,18 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-bool PdfConversion::AdobePdfPrinterInstalled(const DocumentServices &services)
+bool PdfConversion::AdobePdfPrinterInstalled(const WordProcessor &wordProcessor, Prompter &prompter)
 {
-    if (services.wordProcessor.printers().contains(WordProcessor::pdfPrinter()))
+    if (wordProcessor.printers().contains(WordProcessor::pdfPrinter()))
         return true;
-    services.prompter.tell(Question::PdfPrinterMissing,
-                           {u"Your computer does not have an 'Adobe PDF Printer' installed.\r\n"
-                            "Without this 'printer', Shotly cannot convert Word files to\r\n"
-                            "Adobe PDF files. 'Adobe PDF Printer' is a small software,\r\n"
-                            "provided by Adobe. It can be used to convert Word to PDF file.\r\n"
-                            "To download Adobe Acrobat 5.0 or a later version, which will\r\n"
-                            "automatically install this 'printer' for you, please visit\r\n"
-                            "www.adobe.com"_s,
-                            services.state.AppTitle});
+    prompter.tell(Question::PdfPrinterMissing,
+                  {u"Your computer does not have an 'Adobe PDF Printer' installed.\r\n"
+                   "Without this 'printer', Shotly cannot convert Word files to\r\n"
+                   "Adobe PDF files. 'Adobe PDF Printer' is a small software,\r\n"
+                   "provided by Adobe. It can be used to convert Word to PDF file.\r\n"
+                   "To download Adobe Acrobat 5.0 or a later version, which will\r\n"
+                   "automatically install this 'printer' for you, please visit\r\n"
+                   "www.adobe.com"_s});
     return false;
 }
 
@@ -72,7 +71,7 @@ void convert(const DocumentServices &services, WordApplication &application, con
 
 void PdfConversion::ConvertWordFileToPdf(const DocumentServices &services)
 {
-    if (!AdobePdfPrinterInstalled(services))
+    if (!AdobePdfPrinterInstalled(services.wordProcessor, services.prompter))
         return;
     const AppOptions &options = services.state.AppOptions;
     FilePrompt prompt;

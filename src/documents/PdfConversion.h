@@ -8,7 +8,7 @@
 namespace PdfConversion
 {
 /// Is there a printer named exactly "Adobe PDF"? If not, a message says so.
-bool AdobePdfPrinterInstalled(const DocumentServices &services);
+bool AdobePdfPrinterInstalled(const WordProcessor &wordProcessor, Prompter &prompter);
 
 /// The port part of "printer on port"; empty for every printer.
 QString GetPort(const QString &printer);

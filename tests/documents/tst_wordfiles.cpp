@@ -30,7 +30,7 @@ TEST_F(WordFilesTest, onlyAPrinterOfExactlyThatNameMakesPdfs)
     for (const QString &name : {u"Adobe PDF 2"_s, u"adobe pdf"_s, u"PDF"_s}) {
         word.printerNames = QStringList{u"Office Printer"_s, name};
         t.prompter.expectTell(Question::PdfPrinterMissing);
-        EXPECT_FALSE(PdfConversion::AdobePdfPrinterInstalled(services));
+        EXPECT_FALSE(PdfConversion::AdobePdfPrinterInstalled(word, t.prompter));
         t.prompter.expectTell(Question::PdfPrinterMissing);
         PdfConversion::ConvertWordFileToPdf(services); // nothing more is asked
     }

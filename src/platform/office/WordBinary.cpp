@@ -41,6 +41,8 @@ struct PlannedPictures {
             pictures.emplace_back(*paragraph.picture, source.describe(paragraph.picture->path), page, number);
             offsets.push_back(size);
             size += pictures.back().size();
+            if (work.progressed) // waiting for the encoded picture is what takes its time
+                work.progressed(number + 1);
         }
     }
 };
@@ -71,14 +73,11 @@ void writeWordDocument(const DocumentContent &content, DocumentPictures &picture
     for (const QByteArray &bytes : {tables.behindText, tables.table, summary, object})
         file.append(bytes);
 
-    int done = 0;
     for (const WordBinaryPicture &picture : planned.pictures) {
         stopIfAsked(work, path);
         const QByteArray bytes = pictures.bytes(picture.path());
         file.append(picture.description(bytes));
         file.append(bytes);
-        if (work.progressed)
-            work.progressed(++done);
     }
     file.finish();
 }
