@@ -124,6 +124,13 @@ class Demonstration:
         self.user.key("Return")
         contents = self.project_folder() / "index.htm"
         wait_for("the guide to be opened", lambda: str(contents) in self.opened())
+        wait_for("the warning before documents are written", lambda: len(Window.all("^Please Close")) > 0)
+        time.sleep(0.3)
+        self.user.key("Return")
+        wait_for("the document to be opened", lambda: str(self.document(".doc")) in self.opened())
+
+    def document(self, suffix):
+        return self.project_folder() / (PROJECT + suffix)
 
     def quit(self):
         self.main.activate()
@@ -199,9 +206,29 @@ class Demonstration:
         self.render(self.project_folder() / "index.htm", self.directory / "contents.png", 500)
         self.render(self.project_folder() / (names[-2] + ".htm"), self.directory / "page.png", 1150)
         print(f"pictures:     {self.directory / 'contents.png'}, {self.directory / 'page.png'}")
+        self.check_documents()
+
+    def check_documents(self):
+        """What other programs read in the document and in the PDF; pictures of them."""
+        document, pdf = self.document(".doc"), self.document(".pdf")
+        text = run("catdoc", "-d", "utf-8", str(document))
+        if not text.startswith("Contents") or f"{self.expected()}. " not in text:
+            raise DesktopError(f"the document does not begin with its contents: {text[:80]!r}")
+        information = run("pdfinfo", str(pdf))
+        pages = int(re.search(r"Pages:\s+(\d+)", information)[1])
+        shown = [line for line in run("pdfimages", "-list", str(pdf)).splitlines() if " image " in line]
+        large = [line for line in shown if int(line.split()[4]) > 100]
+        print(f"document:     {document}")
+        print(f"PDF:          {pdf}, {pages} pages, {len(large)} snapshots in it")
+        if pages != self.expected() + 1 or len(large) != self.expected():
+            raise DesktopError("the PDF has other pages than the guide")
+        picture = self.directory / "document-page"
+        run("pdftoppm", "-r", "60", "-png", "-singlefile", "-f", "2", "-l", "2", str(pdf), str(picture))
+        print(f"picture:      {picture}.png")
 
     def record(self):
-        self.session.write_options(SnapShotByPressTab=1, SnapShotByPressReturn=1, MouseInsideColor=1)
+        self.session.write_options(SnapShotByPressTab=1, SnapShotByPressReturn=1, MouseInsideColor=1,
+                                   FinalDocumentFormat=3, AutoConvertWord2PDF=1, WordProcessor="builtin")  # fmt: skip
         try:
             self.start_programs()
             self.begin()

@@ -126,11 +126,13 @@ TEST_F(PaintHistoryTest, SlotsCostOnlyWhatWasChanged)
     history.reset(picture);
     EXPECT_EQ(history.bytes(), whole);
     for (int x = 0; x < 10; ++x) {
-        picture.setPixel(x, 5, qRgb(255, 0, 0));
+        picture.setPixel(x, 127, qRgb(255, 0, 0)); // the last row of a tile
         history.push(picture);
         EXPECT_EQ(history.picture().constBits(), picture.constBits()) << "shared until it is drawn on";
     }
     EXPECT_LE(history.bytes(), whole + 10 * 128 * 128 * 4);
+    EXPECT_EQ(history.undo().pixelColor(9, 127), QColor(Qt::white));
+    EXPECT_EQ(history.redo(), picture);
     picture.fill(Qt::black);
     history.push(picture); // over the first one
     EXPECT_LE(history.bytes(), 2 * whole + 9 * 128 * 128 * 4);
