@@ -18,7 +18,7 @@ run_tests() {
     summary+=("$name: $(grep -E 'tests passed|No tests were found' "$output" || echo "ended with code $result")")
     rm -f "$output"
 }
-run_tests "without a display" ctest --parallel "$(nproc)" --label-regex '^(plain|widget)$'
+run_tests "without a display" ctest --parallel "$(nproc)" --label-regex '^(plain|widget|office)$'
 run_tests "on a desktop" "$root/scripts/with-desktop.sh" ctest --label-regex '^desktop$'
 
 echo

@@ -19,14 +19,18 @@ function(shotly_library name)
     target_link_libraries(${name} PUBLIC shotly_flags ${arg_LINKS})
 endfunction()
 
-# shotly_test(<name> LABEL plain|widget|desktop SOURCES ... LINKS ...)
-# One GoogleTest program. A plain test needs no display, a widget test runs on Qt's offscreen platform, a
-# desktop test wants a real X server with a window manager (scripts/with-desktop.sh gives it one).
+# shotly_test(<name> LABEL plain|widget|office|desktop SOURCES ... LINKS ...)
+# One GoogleTest program. A plain test needs no display, a widget test runs on Qt's offscreen platform, an
+# office test is a plain one that counts as skipped where LibreOffice is not installed, a desktop test wants a
+# real X server with a window manager (scripts/with-desktop.sh gives it one).
 function(shotly_test name)
     cmake_parse_arguments(arg "" "LABEL" "SOURCES;LINKS" ${ARGN})
     if(arg_LABEL STREQUAL "plain")
         set(main_file ${PROJECT_SOURCE_DIR}/tests/support/main_plain.cpp)
         set(qt_library Qt6::Gui)
+    elseif(arg_LABEL STREQUAL "office")
+        set(main_file ${PROJECT_SOURCE_DIR}/tests/support/main_office.cpp)
+        set(qt_library Qt6::Gui platform_office)
     else()
         set(main_file ${PROJECT_SOURCE_DIR}/tests/support/main_widget.cpp)
         set(qt_library Qt6::Widgets Qt6::Test)
@@ -39,7 +43,7 @@ function(shotly_test name)
     if(NOT arg_LABEL STREQUAL "desktop")
         set(environment "QT_QPA_PLATFORM=offscreen")
     endif()
-    set_tests_properties(${name} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 300
+    set_tests_properties(${name} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 300 SKIP_RETURN_CODE 77
         ENVIRONMENT "${environment};XDG_RUNTIME_DIR=${PROJECT_BINARY_DIR}/runtime;UBSAN_OPTIONS=print_stacktrace=1")
     if(arg_LABEL STREQUAL "desktop")
         set_tests_properties(${name} PROPERTIES RUN_SERIAL ON)
