@@ -11,6 +11,8 @@
 #include "platform/PrintJob.h"
 #include "platform/RunTimeError.h"
 #include "platform/sqlite/SqliteDatabase.h"
+#include "support/FakePrograms.h"
+#include "support/FakeWordProcessor.h"
 #include "support/FakeWorkspace.h"
 
 #include <QApplication>
@@ -161,8 +163,10 @@ private:
     WidgetProgress m_progress;
     PageDatabase m_pages{m_database, m_state, m_user};
     ProjectDirectories m_directories{m_state, m_pages, m_user};
-    DocumentGeneration m_documents{
-        {m_state, m_pages, m_directories, m_user, m_workspace, m_progress, nullptr}};
+    FakeWordProcessor m_word;
+    FakePrograms m_programs;
+    DocumentGeneration m_documents{DocumentServices{m_state, m_pages, m_directories, m_user, m_workspace,
+                                                    m_progress, m_word, m_programs}};
 };
 
 void writeFiles(const QString &folder, const std::vector<QByteArray> &files)

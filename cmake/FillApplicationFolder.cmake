@@ -1,3 +1,4 @@
+cmake_policy(VERSION 3.25)
 # Copies the delivered files from FROM into TO; an existing database and document template are left alone: they
 # may be the user's.
 set(kept Shotly.mdb Shotly.dot)

@@ -135,7 +135,7 @@ TEST_F(FlatOdtTest, picturesLieInTheTextAndFitIntoIt)
     EXPECT_EQ(size(3), u"33.80pt 676.20pt"_s);
 
     add({}).picture = {m_folder.filePath(u"missing.png"_s), {}};
-    EXPECT_EQ(errorOf([this] { write(); }), RunTimeError::InvalidPicture);
+    EXPECT_EQ(errorOf([this] { write(); }), RunTimeError::FileNotFound);
     std::stop_source stop;
     m_work = {stop.get_token(), [&](int) { stop.request_stop(); }};
     EXPECT_EQ(errorOf([this] { write(); }), RunTimeError::UserInterrupt) << "after the first";

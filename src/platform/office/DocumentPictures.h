@@ -14,11 +14,13 @@ struct EncodedPicture {
     qint64 size = 0;      ///< of the encoded file, bytes
     int components = 3;   ///< of a JPEG: 1 grey, 3 colour; of a PNG: 1 grey, 3 colour, 1 with a palette
     bool palette = false; ///< a PNG of palette colours
+    bool operator==(const EncodedPicture &) const = default;
 };
 
 /// The pictures of the documents that are being written, each encoded once, in other threads, and shared by
-/// all documents. Lossless: a JPEG file stays the file it is, a PNG file too where it is simple (8 bits a
-/// component, no transparency, not interlaced), everything else becomes a PNG of that simple kind. Encoded
+/// all documents. Lossless: a JPEG file of grey or three components stays the file it is, a PNG file too
+/// where it is simple (at most 8 bits a component, no transparency, not interlaced), everything else becomes
+/// a PNG of that simple kind; transparent parts show the white of the page, 16 bits become 8. Encoded
 /// pictures wait in a temporary file, so that the memory does not grow with their number.
 ///
 /// A file is known by its path; one that changes after its first request is not read again. May be used by
@@ -35,7 +37,7 @@ public:
     void request(const QString &path);
 
     /// Both wait until the picture is encoded, requesting it if nobody has. Throw RunTimeError naming the
-    /// file when it is missing, no picture, or the temporary file cannot be written.
+    /// file when it is missing, damaged, no picture, or the temporary file cannot be written.
     EncodedPicture describe(const QString &path);
     QByteArray bytes(const QString &path);
 
