@@ -212,7 +212,7 @@ class Demonstration:
         """What other programs read in the document and in the PDF; pictures of them."""
         document, pdf = self.document(".doc"), self.document(".pdf")
         text = run("catdoc", "-d", "utf-8", str(document))
-        if not text.startswith("Contents") or f"{self.expected()}. " not in text:
+        if not text.startswith("Contents") or f"\n{self.expected()}." not in text:
             raise DesktopError(f"the document does not begin with its contents: {text[:80]!r}")
         information = run("pdfinfo", str(pdf))
         pages = int(re.search(r"Pages:\s+(\d+)", information)[1])
