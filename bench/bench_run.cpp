@@ -9,10 +9,12 @@
 
 #include "app/Appearance.h"
 #include "app/frmMain.h"
+#include "capture/DisplaySwitch.h"
 #include "capture/RunJournal.h"
 #include "contract/XTestUser.h"
 #include "platform/ImageFile.h"
 #include "support/FakePrograms.h"
+#include "support/FakeWordProcessor.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TestState.h"
 
@@ -106,6 +108,7 @@ struct Program : TestState {
     ScriptedPrompter user;
     UserSettings settings{folder.filePath(u"settings.ini"_s)};
     Platform platform = makeRealPlatform([] { return QString(); });
+    DisplaySwitch display{{state, *platform.displayModes, settings, user, folder.path()}};
     TimedScreen *screen = nullptr;
     std::unique_ptr<frmMain> window;
 
@@ -116,6 +119,8 @@ struct Program : TestState {
         platform.screen = std::move(timed);
         platform.sound = std::make_unique<LastingSound>(std::move(platform.sound));
         platform.programs = std::make_unique<FakePrograms>();
+        platform.wordProcessor =
+            std::make_unique<FakeWordProcessor>(); // the real one knows the real programs
         QFile::copy(QStringLiteral(SHOTLY_DELIVERED_DIR "/camera.wav"),
                     state.ApplicationPath + u"/camera.wav"_s);
         state.AppOptions.ShowLessMessage = 1;
@@ -123,7 +128,7 @@ struct Program : TestState {
     }
     void show()
     {
-        window = std::make_unique<frmMain>(state, platform, user, settings);
+        window = std::make_unique<frmMain>(state, platform, user, settings, display);
         window->show();
         if (!QTest::qWaitForWindowActive(window.get()))
             std::abort();

@@ -8,7 +8,9 @@ GROUP says what kind of display this is: "desktop", "no window manager", or "no"
 
 import contextlib
 import random
+import re
 import shutil
+import signal
 import sqlite3
 import struct
 import subprocess
@@ -17,7 +19,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from desktop_driver import DesktopError, Session, Window, quick_click, run, screen_picture, wait_for
+from desktop_driver import PATIENCE, DesktopError, Session, Window, quick_click, run, screen_picture, wait_for
 
 PROJECT, KEEP = "faults", "Keep existing pages?"
 POINT = (400, 500)
@@ -500,6 +502,60 @@ def tray_gone(case):
     case.stop()
     case.check_pages(3)
     return "the hot key still begins a run, Stop brings the window back, 3 pages"
+
+
+@fault("display switched for the capture; the program ended in every way", "large display")
+def display_switch(case):
+    def size():
+        return re.search(r"current (\d+) x (\d+)", run("xrandr"))[0][8:].replace(" ", "")
+
+    def answer(title, key):
+        box, window = case.wait_box()
+        expect(box == title, f"asked: {box}")
+        case.answer(window, key)
+
+    def switch():
+        """Yes to the offer, and the program ends; the start that it asks for leaves the display small."""
+        case.start()
+        answer("Change Display Resolution?", "alt+y")
+        _, window = case.wait_box()
+        expect(size() == "800x600", f"switched to {size()}")
+        run("xdotool", "windowfocus", window.identifier, "key", "Return")
+        expect(case.shotly.wait(timeout=PATIENCE) == 0, "the program does not end after the switch")
+        case.start()
+        quiet()
+        expect(size() == "800x600", f"the start that was asked for: {size()}")
+
+    def quiet():
+        wait_for("the main window", case.main_window)
+        case.check_quiet()
+
+    def back():
+        return size() == "1280x960"
+
+    case.write_options(ShowLessMessage=1, ChangeResolution=1)
+    case.start()
+    quiet()  # a display without such a mode
+    case.quit()
+    run("xrandr", "--newmode", "800x600", 38.25, 800, 832, 912, 1024, 600, 603, 607, 624)
+    run("xrandr", "--addmode", "screen", "800x600")
+    switch()
+    case.quit()
+    expect(back(), f"after the end: {size()}")
+    switch()
+    case.shotly.terminate()
+    expect(case.shotly.wait(timeout=PATIENCE) == -signal.SIGTERM, "the signal is not what ended it")
+    expect(back(), f"after a signal: {size()}")
+    switch()
+    case.kill()
+    expect(size() == "800x600", f"after a kill: {size()}")
+    case.start()
+    expect(back(), f"at the start after a kill: {size()}")
+    answer("Change Display Resolution?", "alt+n")
+    quiet()
+    case.quit()
+    expect(back(), f"after No: {size()}")
+    return "800x600 and back at the end, at a signal, and at the start after a kill"
 
 
 @fault("no window manager", "no window manager")

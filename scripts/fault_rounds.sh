@@ -14,6 +14,7 @@ faults() { # group, name
         "$root/scripts/fault_rounds.py" "${SHOTLY_BUILD:-$root/build/release}" "$@" || code=1
 }
 faults desktop "${1:-}"
+SHOTLY_SCREEN=1280x960x24 faults "large display" "${1:-}"
 SHOTLY_MANAGER=none faults "no window manager" "${1:-}"
 for extension in MIT-SHM XInputExtension RECORD RANDR; do
     SHOTLY_SERVER_OPTIONS="-extension $extension" faults "no $extension" "${1:-}"

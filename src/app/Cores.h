@@ -12,7 +12,7 @@
 /// need one another; everything referred to must outlive this.
 struct Cores {
     Cores(Module1 &state, Platform &platform, Prompter &prompter, Workspace &workspace, CaptureView &view,
-          Progress &progress);
+          Progress &progress, DisplaySwitch &display);
 
     PageDatabase database;
     ProjectDirectories directories;

@@ -1,6 +1,8 @@
 #include "app/Appearance.h"
 #include "app/frmMain.h"
+#include "app/SignalWatch.h"
 #include "app/StartUp.h"
+#include "capture/DisplaySwitch.h"
 #include "pagestore/frmBaseDir.h"
 #include "platform/ApplicationFolder.h"
 #include "platform/qt/WidgetPrompter.h"
@@ -28,15 +30,20 @@ int main(int argc, char **argv)
         prompter.tell(Question::ApplicationFolderFailed, {error.description(), u"Shotly"_s, Icon::Critical});
         return 1;
     }
+    Platform platform = makeRealPlatform([&state] { return state.AppOptions.WordProcessor; });
+    UserSettings settings;
+    DisplaySwitch display({state, *platform.displayModes, settings, prompter, state.ApplicationPath});
+    display.settle();
+    const SignalWatch signals([&display] { display.restoreSilently(); });
+    if (state.IsWinXPOrLater && display.OfferDisplaySwitch())
+        return 0;
     StartUp::ensureBaseDirectory(state, prompter, [&] { frmBaseDir(state, prompter).exec(); });
     StartUp::initialState(state);
     state.CommandLinePath = QApplication::arguments().value(1);
 
-    Platform platform = makeRealPlatform([&state] { return state.AppOptions.WordProcessor; });
     FailureBox failures(prompter);
     platform.spelling = std::make_unique<WidgetSpelling>(failures);
-    UserSettings settings;
-    frmMain mainWindow(state, platform, prompter, settings);
+    frmMain mainWindow(state, platform, prompter, settings, display);
     mainWindow.show();
     return QApplication::exec();
 }

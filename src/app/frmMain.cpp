@@ -39,11 +39,12 @@ constexpr int tick = 1000; // milliseconds
 constexpr QSize firstSize(1100, 740);
 } // namespace
 
-frmMain::frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSettings &settings)
-    : m_state(state), m_platform(platform), m_prompter(prompter), m_settings(settings),
+frmMain::frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSettings &settings,
+                 DisplaySwitch &display)
+    : m_state(state), m_platform(platform), m_prompter(prompter), m_settings(settings), m_display(display),
       m_runView(std::make_unique<RunView>(*platform.clock, *this)),
       m_progress(std::make_unique<WidgetProgress>()),
-      m_cores(std::make_unique<Cores>(state, platform, prompter, *this, *m_runView, *m_progress)),
+      m_cores(std::make_unique<Cores>(state, platform, prompter, *this, *m_runView, *m_progress, display)),
       cmbProj(new ProjectBox(this)), Toolbar1(new QToolBar(this)), Toolbar2(new QToolBar(this)),
       m_tabs(new TabHost(new InstructionsPanel(this), this)), mPopupSys(new QMenu(u"&SysTray"_s, this)),
       Timer1(new QTimer(this))

@@ -11,6 +11,7 @@
 #include <memory>
 
 class CommandSet;
+class DisplaySwitch;
 class ProjectBox;
 class QMenu;
 class QToolBar;
@@ -29,7 +30,8 @@ class frmMain : public QMainWindow, public Workspace
 
 public:
     /// References must outlive the window.
-    frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSettings &settings);
+    frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSettings &settings,
+            DisplaySwitch &display);
     ~frmMain() override;
 
     // Commands of the table, by the names of their menu items.
@@ -82,6 +84,7 @@ public:
     void openPageList(const QString &caption) override;
     void openHelp(const QString &topic) override;
     void setBusyPointer(bool busy) override;
+    void endAtOnce() override;
     void minimise() override;
     void restoreNormal() override;
     void closeWebSearchTab() override;
@@ -121,6 +124,7 @@ private:
     Platform &m_platform;
     Prompter &m_prompter;
     UserSettings &m_settings;
+    DisplaySwitch &m_display;
     std::unique_ptr<FailureBox> m_failures;
     std::unique_ptr<RunView> m_runView;
     std::unique_ptr<WidgetProgress> m_progress;

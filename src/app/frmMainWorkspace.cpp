@@ -9,6 +9,7 @@
 #include "app/TabHost.h"
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
+#include "capture/DisplaySwitch.h"
 #include "pagestore/frmPageData1.h"
 #include "pagestore/frmPageList.h"
 #include "paint/frmPaint.h"
@@ -18,6 +19,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QStatusBar>
+
+#include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -149,6 +152,11 @@ void frmMain::setBusyPointer(bool busy)
         unsetCursor();
 }
 
+void frmMain::endAtOnce()
+{
+    std::_Exit(0);
+}
+
 void frmMain::minimise()
 {
     showMinimized();
@@ -247,6 +255,8 @@ void frmMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    if (m_state.IsWinXPOrLater)
+        runGuarded(*m_failures, [this] { m_display.RestoreDisplay(); });
     m_cores->hotKeys.UnregisterAllHotKeys();
     if (!isMinimized())
         WindowPlace::save(m_settings, QRect(pos(), size()));

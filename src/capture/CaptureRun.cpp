@@ -64,6 +64,10 @@ void CaptureRun::begin(EventSink sink)
         m_services.prompter.tell(
             Question::SnapshotsWillBeSavedAt,
             {u"All screen-shots will be saved at "_s + state.ProjectDirectory, state.AppTitle});
+    if (m_services.display.OfferDisplaySwitch()) {
+        m_services.workspace.endAtOnce();
+        return;
+    }
     startWatching(std::move(sink));
 }
 
@@ -275,6 +279,8 @@ void CaptureRun::stop(std::uint32_t upTo)
     state.TrayAllowed = true;
     if (state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0)
         m_services.view.hideStopBar();
+    if (!state.IsWinXPOrLater && state.DisplaySwitched)
+        m_services.display.RestoreDisplay();
     finish();
 }
 

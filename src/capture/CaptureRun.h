@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/DisplaySwitch.h"
 #include "capture/RunRegistration.h"
 #include "capture/SnapshotFiles.h"
 #include "pagestore/ProjectDirectories.h"
@@ -24,6 +25,7 @@ public:
         PageDatabase &database;
         ProjectDirectories &directories;
         RunRegistration &registration;
+        DisplaySwitch &display;
     };
 
     CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files);

@@ -35,6 +35,10 @@ enum class Question {
     SnapshotsNotMarked,
     HelpNotAvailable,
     RegionTips,
+    ChangeDisplay,
+    RestartForDisplay,
+    RestartComputer,
+    DisplayChangesBack,
     // main window
     ProjectNameCharacter,
     HotKeysFailed,

@@ -8,6 +8,7 @@
 #include "platform/office/OfficeWordProcessor.h"
 #include "platform/RunTimeError.h"
 #include "platform/sqlite/SqliteDatabase.h"
+#include "platform/x11/X11DisplayModes.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11InputHook.h"
 #include "platform/x11/X11Monitors.h"
@@ -62,6 +63,14 @@ public:
     void resume(std::uint32_t) override {}
 };
 
+class AbsentDisplayModes : public DisplayModes
+{
+public:
+    QSize desktopSize() const override { return {}; }
+    bool offers(QSize) const override { return false; }
+    Change change(QSize) override { return Change::Refused; }
+};
+
 class AbsentHotKeys : public HotKeys
 {
 public:
@@ -104,6 +113,7 @@ Platform makeRealPlatform(const std::function<QString()> &wordProcessor)
     Platform platform;
     platform.clock = std::make_unique<SystemClock>();
     platform.screen = realOrAbsent<Screen, X11Screen, AbsentScreen>();
+    platform.displayModes = realOrAbsent<DisplayModes, X11DisplayModes, AbsentDisplayModes>();
     if (isWaylandSession()) {
         platform.screen = std::make_unique<PortalScreen>(std::move(platform.screen));
         platform.inputHook = std::make_unique<WaylandInputHook>();

@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/Database.h"
+#include "platform/DisplayModes.h"
 #include "platform/ExternalPrograms.h"
 #include "platform/HotKeys.h"
 #include "platform/InputHook.h"
@@ -17,6 +18,7 @@
 struct Platform {
     std::unique_ptr<Clock> clock;
     std::unique_ptr<Screen> screen;
+    std::unique_ptr<DisplayModes> displayModes;
     std::unique_ptr<InputHook> inputHook;
     std::unique_ptr<HotKeys> hotKeys;
     std::unique_ptr<Sound> sound;

@@ -50,6 +50,9 @@ public:
     /// The hourglass, or the default pointer shape.
     virtual void setBusyPointer(bool busy) = 0;
 
+    /// Ends the program without asking or saving anything more.
+    virtual void endAtOnce() = 0;
+
     virtual void minimise() = 0;
     virtual void restoreNormal() = 0;
 

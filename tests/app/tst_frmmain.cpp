@@ -1,9 +1,11 @@
 #include "app/CommandTable.h"
 #include "app/frmMain.h"
 #include "app/TabHost.h"
+#include "capture/DisplaySwitch.h"
 #include "platform/ImageFile.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "support/FakeClock.h"
+#include "support/FakeDisplayModes.h"
 #include "support/FakeHotKeys.h"
 #include "support/FakeInputHook.h"
 #include "support/FakePrograms.h"
@@ -39,6 +41,8 @@ protected:
     ScriptedPrompter user;
     UserSettings settings{folder.filePath(u"settings.ini"_s)};
     Platform platform;
+    FakeDisplayModes displayModes;
+    DisplaySwitch display{{state, displayModes, settings, user, folder.path()}};
     FakeScreen *screen = nullptr;
     FakeInputHook *hook = nullptr;
     FakeHotKeys *hotKeys = nullptr;
@@ -71,7 +75,7 @@ protected:
     void open()
     {
         window.reset();
-        window = std::make_unique<frmMain>(state, platform, user, settings);
+        window = std::make_unique<frmMain>(state, platform, user, settings, display);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     }

@@ -2,6 +2,7 @@
 
 #include "capture/CaptureRun.h"
 #include "support/FakeClock.h"
+#include "support/FakeDisplayModes.h"
 #include "support/FakeInputHook.h"
 #include "support/FakeProgress.h"
 #include "support/FakeScreen.h"
@@ -35,8 +36,12 @@ struct CaptureFixture : TestPages {
     SnapshotFiles files{{state, screen, clock, sound, prompter, view}, grabbing};
     PointerMarker marker{state, screen};
     RunRegistration registration{{state, prompter, pages, marker, progress}};
-    CaptureRun run{
-        {state, hook, clock, prompter, workspace, view, pages, directories, registration}, grabbing, files};
+    FakeDisplayModes displayModes;
+    UserSettings settings{folder.filePath(QStringLiteral("settings.ini"))};
+    DisplaySwitch display{{state, displayModes, settings, prompter, folder.path()}};
+    CaptureRun run{{state, hook, clock, prompter, workspace, view, pages, directories, registration, display},
+                   grabbing,
+                   files};
 
     CaptureFixture()
     {

@@ -2,7 +2,9 @@
 
 #include "app/Appearance.h"
 #include "app/frmMain.h"
+#include "capture/DisplaySwitch.h"
 #include "support/FakePrograms.h"
+#include "support/FakeWordProcessor.h"
 #include "support/ScriptedPrompter.h"
 #include "support/TestState.h"
 
@@ -22,6 +24,7 @@ protected:
     ScriptedPrompter user;
     UserSettings settings{folder.filePath(QStringLiteral("settings.ini"))};
     Platform platform = makeRealPlatform([] { return QString(); });
+    DisplaySwitch display{{state, *platform.displayModes, settings, user, folder.path()}};
     FakePrograms *programs = nullptr;
     std::unique_ptr<frmMain> window;
 
@@ -31,6 +34,8 @@ protected:
         auto opener = std::make_unique<FakePrograms>();
         programs = opener.get();
         platform.programs = std::move(opener);
+        platform.wordProcessor =
+            std::make_unique<FakeWordProcessor>(); // the real one knows the real programs
         state.AppOptions.ShowLessMessage = 1;
         state.AppOptions.HotKeyNames.fill(QStringLiteral("none"));
         state.AppOptions.HotKeyNames[4] = QStringLiteral("Ctrl-F6");
@@ -39,7 +44,7 @@ protected:
         const QString first =
             state.CommandLinePath.isEmpty() ? QStringLiteral("cmbProj") : QStringLiteral("File1");
         Appearance::apply(*qApp);
-        window = std::make_unique<frmMain>(state, platform, user, settings);
+        window = std::make_unique<frmMain>(state, platform, user, settings, display);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
         EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, desktopPatience));

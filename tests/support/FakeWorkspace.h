@@ -39,6 +39,7 @@ public:
         busyChanges += on != busy ? 1 : 0;
         busy = on;
     }
+    void endAtOnce() override { calls.append(QStringLiteral("end")); }
     void minimise() override { calls.append(QStringLiteral("minimise")); }
     void restoreNormal() override { calls.append(QStringLiteral("restore")); }
     void closeWebSearchTab() override { calls.append(QStringLiteral("closeWebSearch")); }
