@@ -1,13 +1,16 @@
-// What the pictures and the PDF of a guide cost: encoding a screen of 1920 x 1080 pixels, beside the
-// toolkit's own writer and beside a copy of its bytes, and a PDF of a hundred pages with a bitmap each,
-// beside copying the files.
+// What the pictures and the documents of a guide cost: encoding a screen of 1920 x 1080 pixels, beside the
+// toolkit's own writer and beside a copy of its bytes, and a Word document and a PDF of a hundred pages with
+// a picture each, beside copying the files and beside LibreOffice.
 
 #include "Comparison.h"
 
 #include "platform/AtomicFile.h"
 #include "platform/ImageFile.h"
+#include "platform/office/FlatOdt.h"
+#include "platform/office/LibreOfficeBackend.h"
 #include "platform/office/PdfDocument.h"
 #include "platform/office/PngEncoder.h"
+#include "platform/office/WordBinary.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -22,6 +25,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <sys/resource.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -112,33 +116,94 @@ void encode(benchmark::State &state, Picture which, Peer peer)
             1024;
 }
 
-void hundredPages(benchmark::State &state)
-{
-    constexpr int pageCount = 100;
-    constexpr int differentPictures = 10;
-    const QTemporaryDir folder;
+/// A hundred pages with a picture of their own each, as bitmaps or encoded already.
+struct Guide {
+    static constexpr int pageCount = 100;
+    QTemporaryDir folder;
     DocumentContent content;
-    for (int page = 0; page < pageCount; ++page) {
-        const QString picture = folder.filePath(u"%1.bmp"_s.arg(page));
-        if (page < differentPictures)
-            ImageFile::save(screen(true, 3 * page), picture);
-        else // read and encoded like any other
-            QFile::link(folder.filePath(u"%1.bmp"_s.arg(page % differentPictures)), picture);
-        content.paragraphs.push_back({u"Step %1"_s.arg(page), {}, {u"Arial"_s, 14}, page > 0});
-        content.paragraphs.push_back({u"Click the button and wait. "_s.repeated(15), {}, {}, false});
-        content.paragraphs.push_back({{}, DocumentPicture{picture, u"Step"_s}, {}, false});
+
+    explicit Guide(const QString &suffix)
+    {
+        constexpr int differentPictures = 10;
+        for (int page = 0; page < pageCount; ++page) {
+            const QString picture = picturePath(page, suffix);
+            if (page < differentPictures)
+                ImageFile::save(screen(true, 3 * page), picture);
+            else // read and encoded like any other
+                QFile::link(picturePath(page % differentPictures, suffix), picture);
+            content.paragraphs.push_back({u"Step %1"_s.arg(page), {}, {u"Arial"_s, 14}, page > 0});
+            content.paragraphs.push_back({u"Click the button and wait. "_s.repeated(15), {}, {}, false});
+            content.paragraphs.push_back({{}, DocumentPicture{picture, u"Step"_s}, {}, false});
+        }
     }
-    const QString pdf = folder.filePath(u"guide.pdf"_s);
-    const auto ours = [&] {
-        DocumentPictures pictures;
-        writePdfDocument(content, pictures, {{11906, 16838}, 1417}, pdf, {});
-    };
+    QString picturePath(int page, const QString &suffix) const
+    {
+        return folder.filePath(QString::number(page) + suffix);
+    }
+};
+
+enum class Kind { Word, Pdf };
+constexpr PageFormat a4{{11906, 16838}, 1417};
+
+void write(const Guide &guide, Kind kind)
+{
+    DocumentPictures pictures;
+    if (kind == Kind::Word)
+        writeWordDocument(guide.content, pictures, a4, guide.folder.filePath(u"guide.doc"_s), {});
+    else
+        writePdfDocument(guide.content, pictures, a4, guide.folder.filePath(u"guide.pdf"_s), {});
+}
+
+void hundredPages(benchmark::State &state, Kind kind, const QString &suffix)
+{
+    const Guide guide(suffix);
     const auto copy = [&] {
-        for (int page = 0; page < pageCount; ++page)
-            AtomicFile::copy(folder.filePath(u"%1.bmp"_s.arg(page)), folder.filePath(u"copy"_s));
+        for (int page = 0; page < Guide::pageCount; ++page)
+            AtomicFile::copy(guide.picturePath(page, suffix), guide.folder.filePath(u"copy"_s));
     };
-    compare(state, [&] { return timeOf(ours); }, {"copying the bitmaps", [&] { return timeOf(copy); }});
-    state.counters["megabytes"] = static_cast<double>(QFileInfo(pdf).size()) / (1 << 20);
+    compare(state, [&] { return timeOf([&] { write(guide, kind); }); },
+            {"copying the pictures", [&] { return timeOf(copy); }});
+    const QString name = kind == Kind::Word ? u"guide.doc"_s : u"guide.pdf"_s;
+    state.counters["megabytes"] =
+        static_cast<double>(QFileInfo(guide.folder.filePath(name)).size()) / (1 << 20);
+}
+
+double largestMegabytes(int who)
+{
+    rusage usage{};
+    getrusage(who, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+/// LibreOffice converts the same content, whose pictures are encoded already for it.
+void besideLibreOffice(benchmark::State &state, Kind kind, const QString &suffix)
+{
+    const Guide guide(suffix);
+    const OfficeProgram office(guide.folder.filePath(u"profiles"_s));
+    if (!office.installed()) {
+        state.SkipWithError("LibreOffice is not installed");
+        return;
+    }
+    const QString flat = guide.folder.filePath(u"guide.fodt"_s);
+    {
+        QFile file(flat);
+        DocumentPictures pictures;
+        if (!file.open(QIODevice::WriteOnly))
+            std::abort();
+        FlatOdt::write(guide.content, pictures, OdtSkeleton::plain(a4), file, {});
+    }
+    const OfficeConversion conversion =
+        kind == Kind::Word
+            ? OfficeConversion{u"fodt"_s, {}, u"doc"_s, u"MS Word 97"_s}
+            : OfficeConversion{u"fodt"_s, {}, u"pdf"_s, QString::fromLatin1(LibreOfficeBackend::losslessPdf)};
+    const auto others = [&] {
+        office.convert(conversion, [&](const QString &path) { QFile::link(flat, path); },
+                       guide.folder.filePath(u"libreoffice"_s), {});
+    };
+    compare(state, [&] { return timeOf([&] { write(guide, kind); }); },
+            {"LibreOffice", [&] { return timeOf(others); }, "program_ms"});
+    state.counters["ours_MB"] = largestMegabytes(RUSAGE_SELF);
+    state.counters["program_MB"] = largestMegabytes(RUSAGE_CHILDREN);
 }
 } // namespace
 
@@ -152,7 +217,19 @@ ENCODE(screenBesideFast, Picture::Shaded, Peer::Fast);
 ENCODE(screenBesideCopy, Picture::Shaded, Peer::Copy);
 ENCODE(fewColors, Picture::FewColors, Peer::Default);
 ENCODE(photograph, Picture::Photograph, Peer::Default);
-BENCHMARK(hundredPages)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+#define PAGES(function, name, kind, suffix, rounds)                                                          \
+    BENCHMARK_CAPTURE(function, name, kind, suffix)                                                          \
+        ->UseManualTime()                                                                                    \
+        ->Unit(benchmark::kMillisecond)                                                                      \
+        ->Iterations(rounds)
+PAGES(hundredPages, wordOfBitmaps, Kind::Word, u".bmp"_s, 5);
+PAGES(hundredPages, wordOfPngs, Kind::Word, u".png"_s, 5);
+PAGES(hundredPages, pdfOfBitmaps, Kind::Pdf, u".bmp"_s, 5);
+PAGES(hundredPages, pdfOfPngs, Kind::Pdf, u".png"_s, 5);
+PAGES(besideLibreOffice, wordOfBitmaps, Kind::Word, u".bmp"_s, 2);
+PAGES(besideLibreOffice, wordOfPngs, Kind::Word, u".png"_s, 2);
+PAGES(besideLibreOffice, pdfOfBitmaps, Kind::Pdf, u".bmp"_s, 2);
+PAGES(besideLibreOffice, pdfOfPngs, Kind::Pdf, u".png"_s, 2);
 
 int main(int argc, char **argv)
 {

@@ -222,6 +222,41 @@ def application_folder_full(case):
     return f"{taken} of {clicks + 2} clicks journalled, the other told; their pages made at the next start"
 
 
+@fault("disk full when documents are written again")
+def disk_full_at_documents(case):
+    case.mount(case.base, "16m")
+    case.write_options(ShowLessMessage=1, BigPicSize=100, FinalDocumentFormat=1, AutoConvertWord2PDF=1,
+                       WordProcessor="builtin")  # fmt: skip
+    case.start()
+    case.plain_run()
+    documents = [case.project_folder / (PROJECT + suffix) for suffix in (".doc", ".pdf")]
+
+    def generate():
+        run("xdotool", "windowactivate", "--sync", wait_for("the main window", case.main_window).identifier)
+        run("xdotool", "key", "alt+m")
+        run("xdotool", "key", "g")
+        case.message()  # close the word processor
+
+    generate()
+    wait_for("the documents", lambda: all(path.exists() for path in documents))
+    case.check_quiet()
+    before = [path.read_bytes() for path in documents]
+    with open(case.base / "filler", "wb", buffering=0) as filler, contextlib.suppress(OSError):
+        while filler.write(bytes(4096)):
+            pass
+    generate()
+    case.message()
+    case.check_quiet()
+    expect([path.read_bytes() for path in documents] == before, "the old documents are not back")
+    left = [path for path in case.base.rglob("*") if path.is_file() and path.name.startswith(".")]
+    expect(not left, f"left behind: {left}")
+    (case.base / "filler").unlink()
+    generate()
+    wait_for("new documents", lambda: (case.project_folder / "oldDocument" / documents[0].name).exists())
+    case.check_quiet()
+    return "1 message, the old document and PDF are back; with room again new ones"
+
+
 @fault("base directory gone in mid-run, and back")
 def base_directory_gone(case):
     away = case.folder / "away"

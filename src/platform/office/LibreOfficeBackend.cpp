@@ -10,15 +10,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
-// LibreOffice would make pictures coarser and turn them into JPEG otherwise.
-constexpr const char *pdfFilter =
-    R"(writer_pdf_Export:{"ReduceImageResolution":{"type":"boolean","value":"false"},)"
-    R"("UseLosslessCompression":{"type":"boolean","value":"true"},)"
-    R"("ExportBookmarks":{"type":"boolean","value":"true"}})";
-} // namespace
-
 OdtSkeleton LibreOfficeBackend::skeletonFor(const DocumentContent &content, const DocumentWork &work) const
 {
     const QString &path = content.templatePath;
@@ -57,7 +48,7 @@ void LibreOfficeBackend::convertFile(const QString &documentPath, const QString 
     if (!document.isFile())
         throw RunTimeError(RunTimeError::WordFileMissing, u"There is no file \"%1\""_s.arg(documentPath));
     m_office.convert(
-        {u"doc"_s, {}, u"pdf"_s, QString::fromLatin1(pdfFilter)},
+        {u"doc"_s, {}, u"pdf"_s, QString::fromLatin1(losslessPdf)},
         [&](const QString &copy) { AtomicFile::copy(documentPath, copy); }, pdfPath, work.stop);
 }
 

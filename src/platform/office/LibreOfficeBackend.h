@@ -13,6 +13,13 @@ public:
         Honoured ///< a template of the user's gives page, header, footer and what else it holds
     };
 
+    /// The filter for PDF. Without its options LibreOffice would make pictures coarser and turn them into
+    /// JPEG.
+    static constexpr const char *losslessPdf =
+        R"(writer_pdf_Export:{"ReduceImageResolution":{"type":"boolean","value":"false"},)"
+        R"("UseLosslessCompression":{"type":"boolean","value":"true"},)"
+        R"("ExportBookmarks":{"type":"boolean","value":"true"}})";
+
     LibreOfficeBackend(const OfficeProgram &office, Template use) : m_office(office), m_template(use) {}
 
     /// The alternative texts of pictures are lost: LibreOffice does not write them into Word 97 files.
