@@ -89,21 +89,23 @@ private:
 
     bool writeOneDocument()
     {
-        ProgressScope progress(m_services.progress, u"Writing the Word document"_s,
-                               static_cast<int>(m_pages.size()));
         WordDocument &document = newDocument();
-        writeContents(document);
-        int done = 0;
-        for (const WordPage &page : m_pages) {
-            const auto range = document.addParagraph();
-            range->select();
-            m_word.insertBreak(WordApplication::PageBreak);
-            m_word.insertAfter(lineEnd());
-            if (!progress.step(++done))
-                return false;
-            writePage(document, page);
+        {
+            ProgressScope progress(m_services.progress, u"Writing the Word document"_s,
+                                   static_cast<int>(m_pages.size()));
+            writeContents(document);
+            int done = 0;
+            for (const WordPage &page : m_pages) {
+                const auto range = document.addParagraph();
+                range->select();
+                m_word.insertBreak(WordApplication::PageBreak);
+                m_word.insertAfter(lineEnd());
+                if (!progress.step(++done))
+                    return false;
+                writePage(document, page);
+            }
         }
-        return save(document, m_options.ProjectName, progress);
+        return save(document, m_options.ProjectName, nullptr);
     }
 
     bool writeDocuments()
@@ -112,7 +114,7 @@ private:
                                static_cast<int>(m_pages.size()));
         WordDocument &contents = newDocument();
         writeContents(contents);
-        if (!save(contents, u"contents"_s, progress))
+        if (!save(contents, u"contents"_s, &progress))
             return false;
         int done = 0;
         for (const WordPage &page : m_pages) {
@@ -120,7 +122,7 @@ private:
             if (!progress.step(done))
                 return false;
             writePage(document, page);
-            if (!save(document, m_options.ProjectName + QString::number(++done), progress))
+            if (!save(document, m_options.ProjectName + QString::number(++done), &progress))
                 return false;
         }
         return true;
@@ -190,39 +192,55 @@ private:
             range->setOutlineLevel(1);
     }
 
-    void addPicture(WordDocument &document, const QString &path, const QString &alternativeText) const
+    void addPicture(WordDocument &document, const QString &path, const QString &alternativeText)
     {
-        if (!path.isEmpty() && there(path))
-            document.addPicture(path, alternativeText, *document.addParagraph());
+        if (path.isEmpty() || !there(path))
+            return;
+        document.addPicture(path, alternativeText, *document.addParagraph());
+        ++m_pictures;
     }
 
-    void addLine(WordDocument &document) const { addPicture(document, m_line, u"Line"_s); }
+    void addLine(WordDocument &document) { addPicture(document, m_line, u"Line"_s); }
 
-    /// False when the user has cancelled.
-    bool save(WordDocument &document, const QString &name, ProgressScope &progress)
+    /// Both are false when the user has cancelled. `pages`: the progress by pages; without it each step has
+    /// one of its own, by pictures, which are what takes the time.
+    bool save(WordDocument &document, const QString &name, ProgressScope *pages)
     {
         const QString path = inProject(name + u".doc"_s);
         m_replaced.makeRoom(path);
-        const bool withPdf = m_options.AutoConvertWord2PDF == 1;
-        const bool together = m_options.OneWordDocumentIncludeAllPages;
-        const int done = m_written;
+        if (!perform(u"Saving the Word document"_s, pages,
+                     [&](const DocumentWork &work) { document.saveAs(path, work); }))
+            return false;
+        const auto toPdf = [&](const DocumentWork &work) {
+            PdfConversion::ConvertDocumentToPdf(
+                m_word, document, [this](const QString &pdf) { m_replaced.makeRoom(pdf); }, work);
+        };
+        if (m_options.AutoConvertWord2PDF == 1 && !perform(u"Making the PDF"_s, pages, toPdf))
+            return false;
+        ++m_written;
+        return true;
+    }
+
+    template <typename Step>
+    bool perform(const QString &title, ProgressScope *pages, Step step)
+    {
         try {
-            besideEvents(progress, [&](WorkBesideEvents &work) {
-                work.done = done;
-                DocumentWork saving{work.stop, {}};
-                if (together) // the pictures are what takes its time
-                    saving.progressed = [&work](int pictures) { work.done = pictures; };
-                document.saveAs(path, saving);
-                if (withPdf)
-                    PdfConversion::ConvertDocumentToPdf(
-                        m_word, document, [this](const QString &pdf) { m_replaced.makeRoom(pdf); }, saving);
-            });
+            if (pages) {
+                besideEvents(*pages, [&](WorkBesideEvents &work) {
+                    work.done = m_written;
+                    step({work.stop, {}});
+                });
+            } else {
+                ProgressScope progress(m_services.progress, title, m_pictures);
+                besideEvents(progress, [&](WorkBesideEvents &work) {
+                    step({work.stop, [&work](int pictures) { work.done = pictures; }});
+                });
+            }
         } catch (const RunTimeError &error) {
             if (error.number() == RunTimeError::UserInterrupt)
                 return false;
             throw;
         }
-        ++m_written;
         return true;
     }
 
@@ -231,8 +249,9 @@ private:
     ReplacedFiles &m_replaced;
     WordApplication &m_word;
     std::vector<WordPage> m_pages;
-    QString m_line; ///< path of the separator picture
-    int m_written = 0;
+    QString m_line;     ///< path of the separator picture
+    int m_pictures = 0; ///< in all documents so far
+    int m_written = 0;  ///< documents
 };
 } // namespace
 

@@ -144,12 +144,15 @@ TEST_F(WordDocumentsTest, whatIsCancelledOrFailsLeavesTheOldDocuments)
     EXPECT_EQ(word.log.last(), u"printer Office Printer"_s);
 
     word.failsToConvert.reset();
-    for (const bool one : {true, false}) {
+    for (const auto &[what, one] : {std::pair(u"Writing the Word document"_s, true),
+                                    {u"Saving the Word document"_s, true},
+                                    {u"Making the PDF"_s, true},
+                                    {u"Writing Word documents"_s, false}}) {
         t.state.AppOptions.OneWordDocumentIncludeAllPages = one;
         progress.cancelAtOnce = true;
-        progress.cancelWhat = one ? u"Writing the Word document"_s : u"Writing Word documents"_s;
+        progress.cancelWhat = what;
         generate();
-        EXPECT_EQ(tree(), before);
+        EXPECT_EQ(tree(), before) << qPrintable(what);
         EXPECT_EQ(t.workspace.status, u"Cancelled: the previous documents are back."_s);
         EXPECT_FALSE(word.log.contains(u"show"_s));
     }

@@ -132,6 +132,7 @@ TEST_F(OfficeApplicationTest, APictureTakesThePlaceOfTheText)
     EXPECT_THROW(document.addPicture(folder.filePath(u"none.png"_s), u"alt"_s, *range), RunTimeError);
     document.addPicture(made(u"a.png"_s), u"alt"_s, *range);
     EXPECT_EQ(lines(document), QStringList{u"<alt>"_s});
+    EXPECT_EQ(asked.saved.back().paragraphs[0].text, QString());
     EXPECT_EQ(asked.saved.back().paragraphs[0].look.alignment, 1);
 }
 

@@ -131,9 +131,11 @@ private:
             m_printer = printer;
             m_word.log += QStringLiteral("printer ") + printer;
         }
-        void run(const QString &macro, const DocumentWork &) override
+        void run(const QString &macro, const DocumentWork &work) override
         {
             m_word.log += QStringLiteral("run ") + macro;
+            if (work.stop.stop_requested())
+                throw RunTimeError(RunTimeError::UserInterrupt, QStringLiteral("stopped"));
             if (m_word.failsToConvert)
                 throw RunTimeError(*m_word.failsToConvert);
             write(pdfPathOf(m_documents.back().fullName()), "new pdf");

@@ -159,6 +159,12 @@ const DocumentPictures::Work::Entry &DocumentPictures::Work::finished(const QStr
 {
     std::unique_lock lock(m_mutex);
     const Entry &entry = enqueue(path);
+    // Somebody waits for it: those that are only expected can wait.
+    if (const auto queued = std::find(m_queue.begin(), m_queue.end(), path);
+        queued != m_queue.end() && queued != m_queue.begin()) {
+        m_queue.erase(queued);
+        m_queue.push_front(path);
+    }
     m_finished.wait(lock, [&] { return entry.finished; });
     if (entry.error)
         throw RunTimeError(*entry.error);
