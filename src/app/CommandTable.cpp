@@ -13,12 +13,6 @@ using namespace CommandRules;
     {                                                                                                        \
         menu, #item, caption, icon, shortcut, hotKey, &frmMain::item##_Click, rule, separator                \
     }
-// A command whose screen this version does not have: in its place, disabled.
-#define LATER(menu, item, caption, icon, hotKey, separator)                                                  \
-    Command                                                                                                  \
-    {                                                                                                        \
-        menu, #item, caption, icon, "", hotKey, nullptr, notInThisVersion, separator                         \
-    }
 
 std::span<const Menu> menus()
 {
@@ -49,7 +43,7 @@ std::span<const Command> commands()
         ROW("mnuView", mnuPageGrid, "View Page List", "page-grid.svg", "", 0, always, true),
         ROW("mnuView", mnuAllPage, "Edit All Pages(include pages whose image was deleted)", "all-pages.svg", "", 0, always, false),
 
-        LATER("mnuAdmin", mnuOption, "&Options", "options.svg", 0, false),
+        ROW("mnuAdmin", mnuOption, "&Options", "options.svg", "", 0, always, false),
         ROW("mnuAdmin", mnuDeleteProject, "&Delete Project(s)", "delete.svg", "", 0, always, true),
         ROW("mnuAdmin", mnuBackupDatabase, "&Backup a Database", "backup.svg", "", 0, always, false),
 
@@ -64,7 +58,6 @@ std::span<const Command> commands()
     return table;
 }
 #undef ROW
-#undef LATER
 
 std::span<const ToolButton> toolButtons()
 {

@@ -49,6 +49,7 @@ public:
     void mnuWordtoPDF_Click();
     void mnuViewWord_Click();
     void mnuIndexPage_Click();
+    void mnuOption_Click();
     void mnuDeleteProject_Click();
     void mnuBackupDatabase_Click();
     void mnuRegion_Click();

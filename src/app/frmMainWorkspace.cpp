@@ -15,6 +15,7 @@
 #include "paint/frmPaint.h"
 #include "platform/qt/TrayIcon.h"
 #include "platform/RunTimeError.h"
+#include "settings/frmOption.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -128,6 +129,17 @@ void frmMain::openPageEditor(const QString &caption)
 void frmMain::openPageList(const QString &caption)
 {
     addTab(new frmPageList({m_state, m_cores->database, m_prompter, *this}), caption);
+}
+
+/// One is enough: two would write over each other's changes.
+void frmMain::mnuOption_Click()
+{
+    if (const auto *open = m_tabs->findChild<frmOption *>())
+        turnTab(open->property("formID").toInt());
+    else
+        addTab(new frmOption({m_state, m_prompter, *this, *m_platform.programs, *m_platform.wordProcessor,
+                              m_cores->hotKeys}),
+               u"Options"_s);
 }
 
 void frmMain::openHelp(const QString &topic)

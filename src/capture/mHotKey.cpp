@@ -67,7 +67,12 @@ bool mHotKey::setHotKey(const std::array<QString, 10> &names)
 bool mHotKey::RegisterOneHotKey(const Combination &combination, int id)
 {
     m_lastId = std::max(m_lastId, id);
-    return m_hotKeys.registerKey(id, combination.modifier, combination.virtualKey);
+    const bool registered = m_hotKeys.registerKey(id, combination.modifier, combination.virtualKey);
+    if (registered)
+        m_held.push_back(combination);
+    else if (std::ranges::find(m_held, combination) == m_held.end())
+        m_refused.push_back(combination);
+    return registered;
 }
 
 void mHotKey::UnregisterAllHotKeys()
@@ -75,4 +80,6 @@ void mHotKey::UnregisterAllHotKeys()
     for (int id = 1; id <= m_lastId; ++id)
         m_hotKeys.unregisterKey(id);
     m_lastId = 0;
+    m_held.clear();
+    m_refused.clear();
 }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <optional>
+#include <vector>
 
 /// The ten system-wide hot keys: how their texts read, and their registration.
 class mHotKey
@@ -37,14 +38,20 @@ public:
 
     explicit mHotKey(HotKeys &hotKeys);
 
-    /// Registers the hot keys that can be read; a combination that another program holds is silently not
-    /// available. False only when the registration itself fails.
+    /// Registers the hot keys that can be read; a combination that another program holds is not available,
+    /// which refused() tells. False only when the registration itself fails.
     bool setHotKey(const std::array<QString, 10> &names);
 
     bool RegisterOneHotKey(const Combination &combination, int id);
     void UnregisterAllHotKeys();
 
+    /// The combinations that another program holds, or that this keyboard lacks, as it turned out when they
+    /// were registered. One that two actions share is not among them.
+    const std::vector<Combination> &refused() const { return m_refused; }
+
 private:
     HotKeys &m_hotKeys;
     int m_lastId = 0; ///< highest identifier handed out
+    std::vector<Combination> m_held;
+    std::vector<Combination> m_refused;
 };

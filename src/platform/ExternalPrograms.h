@@ -13,6 +13,6 @@ public:
     virtual void openWithDesktop(const QString &path) = 0;
 
     /// Opens a picture in the external paint program: `program` when it is not empty, else the first one
-    /// installed of a short list.
+    /// installed of a short list. An empty path starts the program without a picture.
     virtual void paint(const QString &program, const QString &picturePath) = 0;
 };

@@ -153,6 +153,32 @@ std::vector<Line> linesToChange(const QString &path)
                            QStringLiteral("Cannot read the file \"%1\": %2").arg(path, file.errorString()));
     return {};
 }
+
+void setKey(std::vector<Line> &lines, const ProfileFile::Entry &entry)
+{
+    const QByteArray end =
+        lines.empty() || lines.front().end.isEmpty() ? QByteArrayLiteral("\r\n") : lines.front().end;
+    const auto insertAfter = [&lines, &end](std::size_t line, const QString &text) {
+        if (lines[line].end.isEmpty())
+            lines[line].end = end;
+        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(line) + 1, {text.toUtf8(), end});
+    };
+
+    const Place place = find(lines, entry.section, entry.key);
+    const QString written = writtenValue(entry.value);
+    const QString newLine = entry.key + u'=' + written;
+    if (place.key) {
+        QByteArray &bytes = lines[*place.key].bytes;
+        bytes = (meaningOf(bytes).beforeValue + written).toUtf8();
+    } else if (place.section) {
+        insertAfter(place.lastKey, newLine);
+    } else {
+        if (!lines.empty() && lines.back().end.isEmpty())
+            lines.back().end = end;
+        lines.push_back({QStringLiteral("[%1]").arg(entry.section).toUtf8(), end});
+        lines.push_back({newLine.toUtf8(), end});
+    }
+}
 } // namespace
 
 QString ProfileFile::read(const QString &path, const QString &section, const QString &key,
@@ -170,29 +196,15 @@ QString ProfileFile::read(const QString &path, const QString &section, const QSt
 
 void ProfileFile::write(const QString &path, const QString &section, const QString &key, const QString &value)
 {
-    std::vector<Line> lines = linesToChange(path);
-    const QByteArray end =
-        lines.empty() || lines.front().end.isEmpty() ? QByteArrayLiteral("\r\n") : lines.front().end;
-    const auto insertAfter = [&lines, &end](std::size_t line, const QString &text) {
-        if (lines[line].end.isEmpty())
-            lines[line].end = end;
-        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(line) + 1, {text.toUtf8(), end});
-    };
+    const Entry entry{section, key, value};
+    write(path, std::span(&entry, 1));
+}
 
-    const Place place = find(lines, section, key);
-    const QString written = writtenValue(value);
-    const QString newLine = key + u'=' + written;
-    if (place.key) {
-        QByteArray &bytes = lines[*place.key].bytes;
-        bytes = (meaningOf(bytes).beforeValue + written).toUtf8();
-    } else if (place.section) {
-        insertAfter(place.lastKey, newLine);
-    } else {
-        if (!lines.empty() && lines.back().end.isEmpty())
-            lines.back().end = end;
-        lines.push_back({QStringLiteral("[%1]").arg(section).toUtf8(), end});
-        lines.push_back({newLine.toUtf8(), end});
-    }
+void ProfileFile::write(const QString &path, std::span<const Entry> entries)
+{
+    std::vector<Line> lines = linesToChange(path);
+    for (const Entry &entry : entries)
+        setKey(lines, entry);
 
     std::vector<QByteArrayView> pieces;
     pieces.reserve(lines.size() * 2);

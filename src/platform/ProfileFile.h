@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <span>
+
 /// Profile (INI) files with the semantics of the Windows profile functions GetPrivateProfileString and
 /// WritePrivateProfileString: sections and keys are found without regard to letter case; the first of equal
 /// sections counts, and the first of equal keys in it; blanks round keys and values are dropped; one pair of
@@ -21,4 +23,12 @@ QString read(const QString &path, const QString &section, const QString &key, co
 /// Sets one key, adding file, section and key as needed. Throws RunTimeError when the file cannot be
 /// read or written.
 void write(const QString &path, const QString &section, const QString &key, const QString &value);
+
+struct Entry {
+    QString section;
+    QString key;
+    QString value;
+};
+/// As if one key after the other were set, but the file is replaced once: it has all of them or none.
+void write(const QString &path, std::span<const Entry> entries);
 } // namespace ProfileFile

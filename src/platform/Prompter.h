@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Question.h"
+
 #include <QColor>
 #include <QFont>
 #include <QString>
@@ -9,125 +11,6 @@
 #include <optional>
 
 class PrintJob;
-
-/// Every question and message of the program, so that a test can answer exactly the one it means.
-enum class Question {
-    // start-up
-    BaseDirectoryCreated,
-    ApplicationFolderFailed,
-    // database
-    NoPageFound,
-    DatabaseUnreachable,
-    DatabaseListFailed,
-    // project directories
-    ProjectDirectoryMissing,
-    OldDocumentsDirectoryMissing,
-    ChooseBaseDirectory,
-    BaseDirectoryNotExisting,
-    // capture run
-    ProjectNameMissing,
-    KeepExistingPages,
-    SnapshotsWillBeSavedAt,
-    CaptureWillStop,
-    CaptureNotPossible,
-    PagesNotRegistered,
-    RegisterAbandonedRun,
-    SnapshotsNotMarked,
-    HelpNotAvailable,
-    RegionTips,
-    ChangeDisplay,
-    RestartForDisplay,
-    RestartComputer,
-    DisplayChangesBack,
-    // main window
-    ProjectNameCharacter,
-    HotKeysFailed,
-    ShotDelay,
-    ShotDelayNotPositive,
-    SaveSnapshotAs,
-    CannotGoIntoTray,
-    AboutShotly,
-    CommandFailed,
-    OpenFailed,
-    // page editor
-    BlankNotAllowed,
-    PageBlocked,
-    DateInvalid,
-    ChoosePageFile,
-    ImagePathEmpty,
-    ImageFileMissing,
-    TextTooLong,
-    NumbersOnly,
-    FilePathMissing,
-    LayoutInvalid,
-    SpellingNotInstalled,
-    SpellingCompleted,
-    PageRecordFailed,
-    SavePendingPage,
-    WordFileFailed,
-    // page list
-    PageNotExisting,
-    PageListFailed,
-    // project administration
-    SelectProjectForComments,
-    SelectProjectForTextPage,
-    SelectProjectForPageList,
-    ChooseImageToAdd,
-    AddMoreImages,
-    PaintToolMissing,
-    DeleteProject,
-    DeleteAllProjects,
-    DeleteCanceled,
-    DeleteRenameFailed,
-    HowToDeleteProject,
-    ProjectIsCaptured,
-    BackupSourceMissing,
-    ChooseBackupSource,
-    BackupNameMissing,
-    ChooseBackupTarget,
-    BackupTargetExists,
-    BackupDone,
-    BackupFailed,
-    // snapshot viewer
-    SaveImageChanges,
-    SaveImageChangesOnClose,
-    SaveImageAs,
-    ReplaceImageFile,
-    SaveImageFailed,
-    OpenImage,
-    OpenImageFailed,
-    SelectImageFirst,
-    DeleteImage,
-    ImageToDeleteMissing,
-    PrintImage,
-    ViewerFailed,
-    ConfirmTextPlace,
-    ClickTextPlace,
-    // paint editor
-    PaintSaveChanges,
-    PaintOpen,
-    PaintSaveAs,
-    PaintOpenFailed,
-    PaintSaveFailed,
-    PaintReplaceFile,
-    PaintColour,
-    PaintFont,
-    PaintPrintFailed,
-    // documents
-    NoPagesForDocuments,
-    OverwriteContentsPage,
-    NewContentsPageName,
-    OverwriteHtmlFile,
-    NewHtmlFileName,
-    SelectProjectForDocuments,
-    DocumentFormat,
-    HtmlPagesCreated,
-    DocumentsFailed,
-    CloseWordFirst,
-    WordNotInstalled,
-    ChooseWordFile,
-    PdfPrinterMissing,
-};
 
 enum class Answer {
     Ok,

@@ -5,6 +5,7 @@
 #include "platform/Rounding.h"
 #include "platform/RunTimeError.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace OptionsStore
@@ -17,6 +18,7 @@ constexpr int longestValue = 255;
 
 const QString optionsSection = u"Options"_s;
 const QString hotKeysSection = u"HotKeys"_s;
+const QString projectNameKey = u"ProjectName"_s;
 
 constexpr const char16_t *hotKeyNames[] = {
     u"SingleRegionCapture",   u"SingleActiveWindowCapture",
@@ -119,8 +121,8 @@ void addPlainRows(std::vector<Row> &table)
     add(u"AutoConvertWord2PDF", member(&AppOptions::AutoConvertWord2PDF), u"0"_s, u"0"_s);
     add(u"SnapShotByPressTab", member(&AppOptions::SnapShotByPressTab), u"0"_s, std::nullopt);
     add(u"SnapShotByPressReturn", member(&AppOptions::SnapShotByPressReturn), u"0"_s, std::nullopt);
-    add(u"PaintProgram", member(&AppOptions::PaintProgram), {}, std::nullopt);
-    add(u"WordProcessor", member(&AppOptions::WordProcessor), u"auto"_s, std::nullopt);
+    add(u"PaintProgram", member(&AppOptions::PaintProgram), {}, QString());
+    add(u"WordProcessor", member(&AppOptions::WordProcessor), u"auto"_s, u"auto"_s);
 }
 
 void addFlagRows(std::vector<Row> &table)
@@ -213,12 +215,30 @@ bool assignText(const Field &field, const QString &value)
     *number = parsed.value_or(*number);
     return parsed.has_value();
 }
+
+/// The rows that are `wanted`, with their values.
+template <typename Wanted>
+void writeRows(const QString &file, const AppOptions &options, Wanted wanted)
+{
+    std::vector<ProfileFile::Entry> entries;
+    entries.reserve(rows().size());
+    for (const Row &row : rows()) {
+        if (wanted(row))
+            entries.push_back({row.section, row.key, textOf(options, row)});
+    }
+    ProfileFile::write(file, entries);
+}
 } // namespace
 
 std::span<const Row> rows()
 {
     static const std::vector<Row> table = makeTable();
     return table;
+}
+
+const Row &row(const QString &key)
+{
+    return *std::ranges::find(rows(), key, &Row::key);
 }
 
 void assign(AppOptions &options, const Row &row, const QString &value)
@@ -263,9 +283,23 @@ AppOptions LoadOptions(const QString &file)
     return options;
 }
 
+void SaveOptions(const QString &file, const AppOptions &options)
+{
+    writeRows(file, options, [](const Row &row) { return row.key != projectNameKey; });
+}
+
+void ResetOptions(const QString &file, AppOptions &options)
+{
+    for (const Row &row : rows()) {
+        if (row.reset)
+            assign(options, row, *row.reset);
+    }
+    writeRows(file, options, [](const Row &row) { return row.reset.has_value(); });
+}
+
 void writeProjectName(const QString &file, const QString &name)
 {
-    WriteIniValue(file, optionsSection, u"ProjectName"_s, name);
+    WriteIniValue(file, optionsSection, projectNameKey, name);
 }
 
 void writeBaseDirectory(const QString &file, const QString &directory)

@@ -31,6 +31,9 @@ struct Row {
 /// Every key, in the order in which they are read.
 std::span<const Row> rows();
 
+/// The row of a key. There must be one.
+const Row &row(const QString &key);
+
 /// Sets a field from its text in the file. A text that is no number where one is expected (16 bits, halves
 /// rounded to even), or no boolean, takes the row's fallback.
 void assign(AppOptions &options, const Row &row, const QString &text);
@@ -48,6 +51,14 @@ void WriteIniValue(const QString &file, const QString &section, const QString &k
 
 /// Reads every key of the table. A missing file gives the fallbacks.
 AppOptions LoadOptions(const QString &file);
+
+/// Writes every key but the project's name, which commands write on their own. The file is replaced as a
+/// whole: a kill leaves the old or the new one. Throws RunTimeError when it cannot be read or written.
+void SaveOptions(const QString &file, const AppOptions &options);
+
+/// Sets `options` to the factory values and writes those; keys without one stay as they are. Throws like
+/// SaveOptions(), with `options` changed already.
+void ResetOptions(const QString &file, AppOptions &options);
 
 // Single keys that commands write on their own.
 void writeProjectName(const QString &file, const QString &name);

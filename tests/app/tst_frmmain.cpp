@@ -21,6 +21,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
@@ -46,6 +47,7 @@ protected:
     FakeScreen *screen = nullptr;
     FakeInputHook *hook = nullptr;
     FakeHotKeys *hotKeys = nullptr;
+    FakePrograms *programs = nullptr;
     std::unique_ptr<frmMain> window;
 
     MainWindowTest()
@@ -61,7 +63,7 @@ protected:
         hotKeys = add(platform.hotKeys, std::make_unique<FakeHotKeys>());
         add(platform.sound, std::make_unique<FakeSound>());
         add(platform.database, std::make_unique<SqliteDatabase>());
-        add(platform.programs, std::make_unique<FakePrograms>());
+        programs = add(platform.programs, std::make_unique<FakePrograms>());
         add(platform.wordProcessor, std::make_unique<FakeWordProcessor>());
         add(platform.spelling, std::make_unique<FakeSpelling>());
         screen->picture = QImage(400, 300, QImage::Format_RGB32);
@@ -232,6 +234,22 @@ TEST_F(MainWindowTest, TabsComeFirstAndCloseOneByOne)
     press(u"cmdCloseWebSearch"_s);
     EXPECT_EQ(tabs->count(), 0);
     EXPECT_FALSE(closeTab->isVisible());
+}
+
+TEST_F(MainWindowTest, TheOptionsOpenOnce)
+{
+    auto *tabs = control<QTabBar>(u"tab1"_s);
+    control<QAction>(u"mnuOption"_s)->trigger();
+    EXPECT_EQ(tabs->tabText(0), u"Options"_s);
+    EXPECT_EQ(control<QLabel>(u"lblHotKeyNote_9"_s)->text().count(u"same as"_s), 8); // of Ctrl-F5
+    window->addTab(new QWidget, u"Page List"_s);
+    control<QAction>(u"mnuOption"_s)->trigger();
+    EXPECT_EQ(tabs->count(), 2);
+    EXPECT_EQ(tabs->tabText(tabs->currentIndex()), u"Options"_s);
+    QTest::keyClick(control<QWidget>(u"txtFileNamePrefix"_s), Qt::Key_F1); // not the main window's
+    EXPECT_EQ(programs->opened, QStringList(state.HelpFilePath + u"/option.htm"_s));
+    press(u"cmdCancel"_s);
+    EXPECT_EQ(tabs->count(), 1);
 }
 
 TEST_F(MainWindowTest, ClosingStopsTheRunAndKeepsThePlace)

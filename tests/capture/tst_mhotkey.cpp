@@ -63,3 +63,17 @@ TEST(HotKeyRegistration, WhatIsUnknownOrTakenLeavesTheOthersTheirIdentifiers)
     hotKeys.UnregisterAllHotKeys();
     EXPECT_TRUE(keys.registered.empty());
 }
+
+TEST(HotKeyRegistration, TellsWhatAnotherProgramHolds)
+{
+    FakeHotKeys keys;
+    mHotKey hotKeys(keys);
+    keys.heldByOthers = {{Ctrl, 113}, {Alt, 90}};
+    std::array<QString, 10> names = defaults;
+    names[8] = u"Alt-Z"_s;
+    names[9] = u"Ctrl-F1"_s; // the program itself has it
+    EXPECT_TRUE(hotKeys.setHotKey(names));
+    EXPECT_EQ(hotKeys.refused(), (std::vector<mHotKey::Combination>{{Ctrl, 113}, {Alt, 90}}));
+    hotKeys.UnregisterAllHotKeys();
+    EXPECT_TRUE(hotKeys.refused().empty());
+}

@@ -73,6 +73,10 @@ TEST_F(DesktopProgramsTest, thePaintProgramIsTheGivenOneOrTheFirstInstalled)
     EXPECT_EQ(painting(QStringLiteral("drawing --new \"two words\"")), 0);
     EXPECT_EQ(called(), QStringLiteral("drawing|--new|two words|") + m_picture);
     EXPECT_EQ(painting(QStringLiteral("missing")), RunTimeError::CannotCreateObject);
+
+    m_programs.paint(QStringLiteral("gimp"), {}); // without a picture there is no argument
+    EXPECT_EQ(called(), QStringLiteral("gimp|")); // printf repeats its format once, with nothing
+    EXPECT_EQ(errorOf([&] { m_programs.paint({}, m_picture + u'x'); }), RunTimeError::FileNotFound);
 }
 
 TEST_F(DesktopProgramsTest, theDesktopOpensFilesAndFolders)

@@ -72,6 +72,21 @@ TEST_F(ProfileFileTest, writingChangesOneLine)
     }
 }
 
+TEST_F(ProfileFileTest, manyKeysAreWrittenAtOnce)
+{
+    const auto entry = [](const char *section, const char *key, const char *value) {
+        return ProfileFile::Entry{QString::fromUtf8(section), QString::fromUtf8(key),
+                                  QString::fromUtf8(value)};
+    };
+    const ProfileFile::Entry entries[] = {entry("Options", "A", "1"), entry("Keys", "B", "2"),
+                                          entry("options", "C", "3"), entry("Options", "a", "4")};
+    ProfileFile::write(m_path, entries);
+    EXPECT_EQ(contents(m_path), "[Options]\r\nA=4\r\nC=3\r\n[Keys]\r\nB=2\r\n");
+    putFile(m_path, "[Keys]\nB=old");
+    ProfileFile::write(m_path, entries);
+    EXPECT_EQ(contents(m_path), "[Keys]\nB=2\n[Options]\nA=4\nC=3\n");
+}
+
 TEST_F(ProfileFileTest, whatCannotBeReadIsNotReplaced)
 {
     const OrdinaryUser user(m_folder.path());

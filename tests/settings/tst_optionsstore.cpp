@@ -1,4 +1,5 @@
 #include "platform/ApplicationFolder.h"
+#include "platform/RunTimeError.h"
 #include "settings/OptionsStore.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,8 @@
 #include <QFile>
 #include <QSet>
 #include <QTemporaryDir>
+
+#include <random>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -168,4 +171,65 @@ TEST_F(OptionsStoreTest, SingleKeysAreWrittenBesideTheOthers)
 
     // A file that cannot be written is no reason to fail.
     OptionsStore::writeProjectName(folder.filePath(u"missing/options.ini"_s), u"second"_s);
+}
+
+TEST_F(OptionsStoreTest, SavingChangesTheKeysOfTheTableAlone)
+{
+    write("; my own\n[Options]\nProjectName=theirs\nBigPicSize = 90\nUnknown=1\n");
+    AppOptions options = OptionsStore::LoadOptions(file);
+    options.ProjectName = u"mine"_s;
+    options.BigPicSize = 80;
+    options.FileNamePrefix = u" a\r\nb "_s;
+    options.UseSystemMouseShape = true;
+    OptionsStore::SaveOptions(file, options);
+    EXPECT_TRUE(
+        content().startsWith("; my own\n[Options]\nProjectName=theirs\nBigPicSize = 80\nUnknown=1\n"));
+    EXPECT_TRUE(content().contains("\nUseSystemMouseShape=True\n"));
+    EXPECT_EQ(OptionsStore::LoadOptions(file).FileNamePrefix, u" a  b "_s);
+    const QString missing = folder.filePath(u"missing/options.ini"_s);
+    EXPECT_THROW(OptionsStore::SaveOptions(missing, options), RunTimeError);
+}
+
+TEST_F(OptionsStoreTest, ResetWritesTheFactorySettings)
+{
+    write("[Options]\nProjectName=theirs\nSnapShotByPressTab=1\nWordNote1Font=Arial\nWordProcessor=none\n"
+          "[HotKeys]\nViewIndexPage=Alt-Z\n");
+    AppOptions options = OptionsStore::LoadOptions(file);
+    options.SnapShotByPressReturn = 1; // in memory alone
+    OptionsStore::ResetOptions(file, options);
+    EXPECT_EQ(options.SnapShotByPressReturn, 1);
+    const AppOptions next = OptionsStore::LoadOptions(file);
+    EXPECT_EQ(next.SnapShotByPressReturn, 0);
+    for (const AppOptions &each : {options, next}) {
+        EXPECT_EQ(each.OptionFlags, (std::array<std::int16_t, 8>{0, 0, 1, 1, 0, 1, 1, 0}));
+        EXPECT_EQ(each.BigPicSize, 100);
+        EXPECT_EQ(each.SnapShotByPressTab, 1);
+        EXPECT_EQ(each.ProjectName, u"theirs"_s);
+        EXPECT_EQ(each.HotKeyNames[7], u"Ctrl-F9"_s);
+        EXPECT_EQ(each.HtmlStyles[4].FontSize, 1);
+        EXPECT_EQ(each.WordStyles[3].Font, u"BankGothic Md BT"_s);
+        EXPECT_EQ(each.WordStyles[4].Italic, 1);
+        EXPECT_EQ(each.WordProcessor, u"auto"_s);
+    }
+}
+
+TEST_F(OptionsStoreTest, AnyFileIsReadAndSavedAgain)
+{
+    OptionsStore::SaveOptions(file, OptionsStore::LoadOptions(file));
+    const QByteArray whole = content();
+    std::mt19937 random(20260321);
+    const auto saveAgain = [this] { OptionsStore::SaveOptions(file, OptionsStore::LoadOptions(file)); };
+    for (int round = 0; round < 60; ++round) {
+        QByteArray bytes = round % 3 == 0 ? QByteArray(3000, '\0') : whole;
+        const int changes = round % 3 == 0 ? 6000 : 1 << (random() % 10);
+        for (int i = 0; i < changes; ++i)
+            bytes[static_cast<qsizetype>(random() % static_cast<unsigned>(bytes.size()))] =
+                static_cast<char>(random());
+        write(bytes);
+        saveAgain(); // what cannot stand in a line of text is gone by the second time
+        saveAgain();
+        const QByteArray saved = content();
+        saveAgain();
+        ASSERT_EQ(content(), saved) << round;
+    }
 }

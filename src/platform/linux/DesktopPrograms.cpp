@@ -2,6 +2,7 @@
 
 #include "platform/RunTimeError.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -22,6 +23,7 @@ RunTimeError cannotStart(const QString &program)
             QStringLiteral("The program \"%1\" cannot be started. Is it installed?").arg(program)};
 }
 
+/// An empty path is no argument.
 void start(const QString &program, QStringList arguments, const QString &path)
 {
     const QString executable = QStandardPaths::findExecutable(program);
@@ -29,8 +31,10 @@ void start(const QString &program, QStringList arguments, const QString &path)
         throw cannotStart(program);
     QProcess process;
     process.setProgram(executable);
-    process.setArguments(arguments << path);
-    process.setWorkingDirectory(QFileInfo(path).path());
+    if (!path.isEmpty())
+        arguments += path;
+    process.setArguments(arguments);
+    process.setWorkingDirectory(path.isEmpty() ? QDir::homePath() : QFileInfo(path).path());
     // Its chatter is not for the terminal that Shotly was started from.
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
@@ -60,7 +64,7 @@ void DesktopPrograms::openWithDesktop(const QString &path)
 
 void DesktopPrograms::paint(const QString &program, const QString &picturePath)
 {
-    const QString path = existingPath(picturePath);
+    const QString path = picturePath.isEmpty() ? QString() : existingPath(picturePath);
     const QString given = program.trimmed();
     if (given.isEmpty()) {
         start(installedPaintProgram(), {}, path);
