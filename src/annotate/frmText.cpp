@@ -1,10 +1,10 @@
 #include "annotate/frmText.h"
 
+#include "platform/qt/PlainTextBox.h"
 #include "platform/Spelling.h"
 #include "state/Workspace.h"
 
 #include <QHBoxLayout>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTextCursor>
@@ -19,7 +19,7 @@ constexpr int visibleLines = 8;
 } // namespace
 
 frmText::frmText(const Services &services, QWidget *parent)
-    : QDialog(parent), m_services(services), m_failures(services.prompter), text1(new QPlainTextEdit(this)),
+    : QDialog(parent), m_services(services), m_failures(services.prompter), text1(new PlainTextBox(this)),
       cmdOK(new QPushButton(u"&OK"_s, this)), cmdCancel(new QPushButton(u"&Cancel"_s, this)),
       cmdChkSpell(new QPushButton(u"&Spell Check"_s, this)), cmdHelp(new QPushButton(u"&Help"_s, this))
 {

@@ -1,6 +1,7 @@
 #include "paint/frmPaintCanvas.h"
 
 #include "platform/qt/MousePosition.h"
+#include "platform/qt/PlainTextBox.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -38,7 +39,7 @@ bool isButtonOfTools(const QMouseEvent &event)
 } // namespace
 
 PaintCanvas::PaintCanvas(const PaintPicture &picture, const PaintTools &tools, QWidget *parent)
-    : QWidget(parent), m_picture(picture), m_tools(tools), txtText(new QPlainTextEdit(this))
+    : QWidget(parent), m_picture(picture), m_tools(tools), txtText(new PlainTextBox(this))
 {
     setObjectName("picPaint"_L1);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -84,12 +85,12 @@ void PaintCanvas::placeTextBox()
         txtText->move((QPointF(*place) * scale()).toPoint());
         txtText->resize(textBoxSize);
     }
-    if (txtText->isVisibleTo(this) == place.has_value())
+    if (place == m_shownTextPlace)
         return;
-    if (!place) {
-        setFocus(); // before it would go astray with the box
-        txtText->clear();
-    }
+    m_shownTextPlace = place;
+    if (!place)
+        setFocus();   // before it would go astray with the box
+    txtText->clear(); // the text at the place before is drawn
     txtText->setVisible(place.has_value());
     if (place)
         txtText->setFocus();

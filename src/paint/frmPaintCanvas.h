@@ -5,6 +5,8 @@
 #include <QPlainTextEdit>
 #include <QWidget>
 
+#include <optional>
+
 /// `picPaint`: the picture of the paint editor, its floating selection and the tools' overlay, zoomed. Every
 /// pixel of the picture is a square of the same size from a zoom of 1 on. Tells what the mouse does, in
 /// pixels of the picture; lies in the editor's scrolled area with the handles that resize the picture.
@@ -55,6 +57,7 @@ private:
     const PaintPicture &m_picture;
     const PaintTools &m_tools;
     QPlainTextEdit *txtText;
+    std::optional<QPoint> m_shownTextPlace;
     QImage m_instead;
     double m_zoom = 1;
 };

@@ -17,6 +17,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -243,6 +244,7 @@ QImage frmPaint::filtered(const QImage &source, int number)
 {
     mdlFilter::Random random(m_seeds());
     const mdlFilter::Parameters parameters{m_settings.foreground.rgb(), m_settings.fill.rgb(), &random};
+    const auto shownAgain = qScopeGuard([this] { picPaint->showInstead({}); });
     ProgressScope progress(*m_progress, QString(), 100);
     const QImage result = besideEvents(progress, [&](WorkBesideEvents &work) {
         return mdlFilter::ApplyFilter(
@@ -251,7 +253,6 @@ QImage frmPaint::filtered(const QImage &source, int number)
                 return !work.stop.stop_requested() && m_progress->take(percent, partial, columnsDone == 0);
             });
     });
-    picPaint->showInstead({});
     return result;
 }
 

@@ -247,6 +247,23 @@ TEST_F(frmPaintTest, APictureIsPrintedOrTheUserHearsWhyNot)
     menu(u"mnuPrint"_s);
 }
 
+TEST_F(frmPaintTest, AClickElsewhereBeginsANewTextAndPastingNothingIsHarmless)
+{
+    QGuiApplication::clipboard()->clear();
+    tool(8);
+    click({5, 5});
+    auto &box = control<QPlainTextEdit>(u"txtText"_s);
+    QTest::keyClicks(&box, u"Hi"_s);
+    QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+    click({30, 20});
+    EXPECT_EQ(box.toPlainText(), QString()) << "it is drawn at the place before";
+    EXPECT_TRUE(box.isVisible());
+    QTest::keyClick(&box, Qt::Key_Escape);
+    menu(u"mnuUndo"_s);
+    EXPECT_EQ(shown(), original) << "drawn once";
+    closeUnsaved();
+}
+
 TEST_F(frmPaintTest, TheInvertBrushInvertsEachPixelOnce)
 {
     control<QAction>(u"mnuFilterTools_9"_s).trigger();
