@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -54,8 +55,10 @@ public:
             m_starts.push_back(at);
     }
 
-    void run()
+    /// False: the area has that colour already.
+    bool run()
     {
+        const bool spreads = !m_starts.empty();
         while (!m_starts.empty()) {
             const QPoint at = m_starts.back();
             m_starts.pop_back();
@@ -72,6 +75,7 @@ public:
             addStarts(at.y() - 1, left, right);
             addStarts(at.y() + 1, left, right);
         }
+        return spreads;
     }
 
 private:
@@ -141,15 +145,14 @@ bool PaintShapes::floodFill(QImage &picture, QPoint at, QColor colour)
 {
     if (!picture.rect().contains(at))
         return false;
-    Flood(picture, at, colour.rgb()).run();
-    return true;
+    return Flood(picture, at, colour.rgb()).run();
 }
 
 void PaintShapes::airBrush(QImage &picture, QPoint at, int size, QColor colour, std::uint32_t seed)
 {
     std::mt19937 generator(seed);
     PaintPixels pixels(picture);
-    const int count = Rounding::toInt(size * size * 0.25);
+    const int count = std::max(Rounding::toInt(size * size * 0.25), 1);
     for (int i = 0; i < count; ++i) {
         const int x = Rounding::toInt(std::floor(at.x() - size / 2.0 + size * uniform(generator)));
         const int y = Rounding::toInt(std::floor(at.y() - size / 2.0 + size * uniform(generator)));
@@ -207,12 +210,21 @@ void PaintShapes::brush(QImage &picture, QPoint at, BrushShape shape, int width,
     }
 }
 
+int PaintShapes::textHeight(const QFont &font)
+{
+    constexpr double pixelsPerPoint = 96.0 / 72;
+    return font.pixelSize() > 0 ? font.pixelSize()
+                                : std::max(Rounding::toInt(font.pointSizeF() * pixelsPerPoint), 1);
+}
+
 void PaintShapes::text(QImage &picture, QPoint at, const QFont &font, QColor colour, const QString &lines)
 {
+    QFont sized = font;
+    sized.setPixelSize(textHeight(font));
     QPainter painter(&picture);
-    painter.setFont(font);
+    painter.setFont(sized);
     painter.setPen(colour);
-    const QFontMetrics metrics(font, &picture);
+    const QFontMetrics metrics(sized, &picture);
     int y = at.y() + metrics.ascent();
     for (QString line : lines.split(u'\n')) {
         if (line.endsWith(u'\r'))

@@ -35,7 +35,7 @@ PaintPicture::PaintPicture(const Services &services)
     : m_services(services), m_image(firstSize, QImage::Format_RGB32)
 {
     m_image.fill(Qt::white);
-    m_history.reset(m_image);
+    show(m_image, {});
 }
 
 QString PaintPicture::title() const
@@ -81,9 +81,17 @@ void PaintPicture::finishPending()
 
 void PaintPicture::show(const QImage &image, const QString &fileName)
 {
-    m_image = image;
+    m_image = m_clean = image;
     m_fileName = fileName;
+    m_selection = {};
+    m_unsettled = false;
     ResetImageBuffer();
+}
+
+void PaintPicture::discardChanges()
+{
+    if (m_dirty)
+        show(m_clean, m_fileName);
 }
 
 bool PaintPicture::queryClose()
@@ -116,7 +124,13 @@ bool PaintPicture::New()
 bool PaintPicture::load(const QString &path)
 {
     try {
-        show(ImageFile::load(path), path);
+        const QImage loaded = ImageFile::load(path);
+        if (!isPossible(loaded.size()))
+            throw RunTimeError(RunTimeError::InvalidPicture,
+                               u"%1 is too large to be edited: %2 x %3 pixels."_s.arg(path)
+                                   .arg(loaded.width())
+                                   .arg(loaded.height()));
+        show(loaded, path);
         return true;
     } catch (const RunTimeError &error) {
         m_services.prompter.tell(
@@ -191,22 +205,36 @@ bool PaintPicture::write(const QString &path)
         return false;
     }
     m_fileName = path;
+    m_clean = m_image;
     m_dirty = false;
     return true;
 }
 
 // ---- history
 
+/// Something that is not in the history yet.
+bool PaintPicture::isPending() const
+{
+    return (m_selection.floats() && m_unsettled) || (m_pending.exists && m_pending.exists());
+}
+
 bool PaintPicture::undoEnabled() const
 {
-    return m_history.undoEnabled() || (m_selection.floats() && m_unsettled) ||
-           (m_pending.exists && m_pending.exists());
+    return m_history.undoEnabled() || isPending();
+}
+
+bool PaintPicture::redoEnabled() const
+{
+    return m_history.redoEnabled() && !isPending();
 }
 
 void PaintPicture::undo()
 {
+    const bool pending = isPending();
+    const int entry = m_history.current();
     finishPending();
-    if (m_history.undoEnabled())
+    const bool nothingCame = pending && m_history.current() == entry; // an empty text, a single corner
+    if (m_history.undoEnabled() && !nothingCame)
         showEntry(m_history.undo());
 }
 

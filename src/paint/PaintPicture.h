@@ -51,6 +51,10 @@ public:
     /// Finishes the tools' work and commits the selection. Printing wants it, too.
     void finishPending();
 
+    /// Whether the editor can work on a picture of that size: up to 1 GiB, and no side longer than what can
+    /// be drawn on.
+    static bool isPossible(QSize size);
+
     // ---- files. False: the picture stays, and is told where it is not the user's will.
 
     bool New();                         ///< white, in the present size; asks for unsaved changes first
@@ -60,14 +64,14 @@ public:
     bool SaveAs();
     /// Before another picture comes or the window goes: "Do you want to save the changes?". False: stay.
     bool queryClose();
-    /// The user does not want the changes; the window goes with them.
-    void discardChanges() { m_dirty = false; }
+    /// The user does not want the changes: as it was opened, made or saved.
+    void discardChanges();
 
     // ---- history
 
     /// For the menu; what is pending would be finished and then undone, so it counts as an entry.
     bool undoEnabled() const;
-    bool redoEnabled() const { return m_history.redoEnabled(); }
+    bool redoEnabled() const; ///< not while something is pending, as that would become the newest entry
     void undo();
     void redo();
     const PaintHistory &history() const { return m_history; }
@@ -96,20 +100,23 @@ public:
     /// Takes a floating selection back; nothing is selected any more.
     void dropSelection();
 
-    // ---- edit commands. False: there was nothing to do. One undo entry each, but for Copy and Paste.
+    // ---- edit commands. False: there was nothing to do. One undo entry each, but for Copy and Paste; a
+    // selection that was moved or pasted before gets one of its own.
 
     const QImage &clipboard() const { return m_clipboard; } ///< picClipboard; null: "Paste" is disabled
     void Copy();                                            ///< the selection, else the whole picture
     bool Cut();
-    void Paste(const QImage &picture, QPoint at); ///< floats at `at`; a null picture does nothing
+    /// Floats at `at`; a null picture does nothing, one that is too large is told.
+    void Paste(const QImage &picture, QPoint at);
     bool Delete();
     bool Crop();
     void Clear();                         ///< everything in the fill colour
-    bool resizeCanvas(const QSize &size); ///< grows and shrinks at right and bottom; false also: impossible
+    bool resizeCanvas(const QSize &size); ///< grows and shrinks at right and bottom; false also: too large
     /// Gives the selection (which floats from then on), else the whole picture, to `effect` and puts what
     /// comes back in its place. A null picture changes nothing; what `effect` throws passes, nothing is
-    /// changed.
-    bool apply(const std::function<QImage(const QImage &)> &effect);
+    /// changed. `growth` tells the size that comes back beforehand: one that is too large is told.
+    bool apply(const std::function<QImage(const QImage &)> &effect,
+               const std::function<QSize(QSize)> &growth = {});
 
 private:
     void show(const QImage &image, const QString &fileName);
@@ -119,6 +126,8 @@ private:
     FilePrompt filePrompt() const;
     void finishTools();
     void showEntry(const QImage &entry);
+    bool isPending() const;
+    void tellTooLarge(QSize size);
     QImage selectedPicture() const;
     void settle();
     void pushEntry(const QImage &picture);
@@ -127,6 +136,7 @@ private:
     Services m_services;
     QImage m_image;
     QString m_fileName;
+    QImage m_clean; ///< as it was opened, made or saved
     bool m_dirty = false;
     PaintHistory m_history;
     PendingWork m_pending;

@@ -2,10 +2,14 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
 namespace
 {
-/// Pictures of more bytes cannot be opened either.
-constexpr qint64 largestPicture = qint64{1024} << 20;
+constexpr qint64 largestPicture = qint64{1024} << 20; // bytes; larger files cannot be opened either
+constexpr int longestSide = 32'767;                   // that QPainter draws on
 
 /// Format_RGB32; what is transparent shows the white of a page.
 QImage plain(const QImage &picture)
@@ -27,6 +31,20 @@ void paintOver(QImage &picture, QPoint at, const QImage &other)
     QPainter(&picture).drawImage(at, other);
 }
 } // namespace
+
+bool PaintPicture::isPossible(QSize size)
+{
+    return std::max(size.width(), size.height()) <= longestSide &&
+           qint64{size.width()} * size.height() <= largestPicture / qint64{sizeof(QRgb)};
+}
+
+void PaintPicture::tellTooLarge(QSize size)
+{
+    m_services.prompter.tell(
+        Question::PaintTooLarge,
+        {u"A picture of %1 x %2 pixels is too large."_s.arg(size.width()).arg(size.height()), u"Easel"_s,
+         Icon::Exclamation});
+}
 
 QImage PaintPicture::flattened() const
 {
@@ -61,7 +79,7 @@ void PaintPicture::lift(bool leaveCopy)
     if (!m_selection.exists())
         return;
     if (m_selection.floats()) {
-        if (leaveCopy) {
+        if (leaveCopy && m_unsettled) {
             m_image = flattened();
             SetImageBuffer();
             m_unsettled = false;
@@ -129,6 +147,8 @@ void PaintPicture::Paste(const QImage &picture, QPoint at)
 {
     if (picture.isNull())
         return;
+    if (!isPossible(picture.size()))
+        return tellTooLarge(picture.size());
     finishPending();
     m_selection.picture = plain(picture);
     m_selection.place = QRect(at, picture.size());
@@ -170,9 +190,12 @@ void PaintPicture::Clear()
 bool PaintPicture::resizeCanvas(const QSize &size)
 {
     finishPending();
-    if (size.isEmpty() || size == m_image.size() ||
-        qint64{size.width()} * size.height() > largestPicture / qint64{sizeof(QRgb)})
+    if (size.isEmpty() || size == m_image.size())
         return false;
+    if (!isPossible(size)) {
+        tellTooLarge(size);
+        return false;
+    }
     QImage result(size, QImage::Format_RGB32);
     if (result.isNull())
         return false;
@@ -183,11 +206,18 @@ bool PaintPicture::resizeCanvas(const QSize &size)
     return true;
 }
 
-bool PaintPicture::apply(const std::function<QImage(const QImage &)> &effect)
+bool PaintPicture::apply(const std::function<QImage(const QImage &)> &effect,
+                         const std::function<QSize(QSize)> &growth)
 {
     finishTools();
     const bool part = m_selection.exists();
-    const QImage result = plain(effect(part ? selectedPicture() : m_image));
+    const QImage source = part ? selectedPicture() : m_image;
+    const QSize grown = growth ? growth(source.size()) : source.size();
+    if (!isPossible(grown)) {
+        tellTooLarge(grown);
+        return false;
+    }
+    const QImage result = plain(effect(source));
     if (result.isNull())
         return false;
     if (!part) {

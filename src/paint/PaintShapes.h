@@ -51,16 +51,20 @@ void fillEllipse(QImage &picture, QPoint from, QPoint to, const Filling &filling
 void fillRoundedRectangle(QImage &picture, QPoint from, QPoint to, const Filling &filling);
 void fillPolygon(QImage &picture, std::span<const QPoint> corners, const Filling &filling); ///< odd-even
 
-/// The area of the pixel's colour that is connected over the four neighbours. False: `at` is outside.
+/// The area of the pixel's colour that is connected over the four neighbours. False: `at` is outside, or
+/// the area has the colour already.
 bool floodFill(QImage &picture, QPoint at, QColor colour);
 
-/// round(size x size x 0.25) pixels at random in the square of `size` around `at`; the same seed gives the
-/// same.
+/// round(size x size x 0.25) pixels, at least one, at random in the square of `size` around `at`; the same
+/// seed gives the same.
 void airBrush(QImage &picture, QPoint at, int size, QColor colour, std::uint32_t seed);
 
 /// One dab of the brush, which reaches 3 x width in every direction. Strokes are one pixel wide; all is in
 /// `filling.colour`, and the style is that of Square and Disc.
 void brush(QImage &picture, QPoint at, BrushShape shape, int width, const Filling &filling);
+
+/// Pixels of a font as it is drawn: 96 to the inch, whatever a picture's file says of its resolution.
+int textHeight(const QFont &font);
 
 /// Lines joined with "\n" or "\r\n", their first with its top left corner at `at`. Needs a QGuiApplication.
 void text(QImage &picture, QPoint at, const QFont &font, QColor colour, const QString &lines);

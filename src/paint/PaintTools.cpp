@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <iterator>
 #include <utility>
@@ -50,9 +51,10 @@ void appendCurve(std::vector<QPoint> &pixels, const std::array<QPoint, 4> &point
 }
 
 /// A dashed frame on the outermost pixels.
-void DrawSelectionRect(std::vector<QPoint> &pixels, const QRect &box)
+void DrawSelectionRect(std::vector<QPoint> &pixels, const QRect &box, double zoom)
 {
-    constexpr std::size_t dash = 4; // pixels; the gaps are as long
+    // Pixels; the gaps are as long. Where the picture is shown smaller, so that they are still seen.
+    const auto dash = static_cast<std::size_t>(std::ceil(4 / std::min(zoom, 1.0)));
     const Path path = PaintShapes::rectangle(box.topLeft(), box.bottomRight());
     for (std::size_t i = 0; i < path.size(); ++i) {
         if (i / dash % 2 == 0)
@@ -63,6 +65,24 @@ void DrawSelectionRect(std::vector<QPoint> &pixels, const QRect &box)
 bool byRows(const QPoint &a, const QPoint &b)
 {
     return a.y() != b.y() ? a.y() < b.y() : a.x() < b.x();
+}
+
+/// Sorted by rows, each once.
+void putInOrder(std::vector<QPoint> &pixels)
+{
+    std::sort(pixels.begin(), pixels.end(), byRows);
+    pixels.erase(std::unique(pixels.begin(), pixels.end()), pixels.end());
+}
+
+/// Onto the pixels of the device in which their middles come to lie, so that none is lost where several
+/// share one.
+void mapTo(std::vector<QPoint> &pixels, const QTransform &device)
+{
+    for (QPoint &pixel : pixels) {
+        const QPointF middle = device.map(QPointF(pixel) + QPointF(0.5, 0.5));
+        pixel = {static_cast<int>(std::floor(middle.x())), static_cast<int>(std::floor(middle.y()))};
+    }
+    putInOrder(pixels);
 }
 
 /// Whether a tool draws a shape over the box or line that is dragged.
@@ -270,25 +290,30 @@ PaintTools::Overlay PaintTools::overlay() const
     return {m_band, m_polygon, m_curve, m_services.picture.selection().place};
 }
 
-std::vector<QPoint> PaintTools::overlayPixels() const
+std::vector<QPoint> PaintTools::overlayPixels(double zoom) const
 {
     std::vector<QPoint> pixels;
     if (m_band)
         appendBand(pixels, *m_band);
     if (m_services.picture.selection().exists())
-        DrawSelectionRect(pixels, m_services.picture.selection().place);
+        DrawSelectionRect(pixels, m_services.picture.selection().place, zoom);
     append(pixels, PaintShapes::polyline(m_polygon, false));
     if (m_curve)
         appendCurve(pixels, *m_curve);
-    std::sort(pixels.begin(), pixels.end(), byRows);
-    pixels.erase(std::unique(pixels.begin(), pixels.end()), pixels.end());
+    putInOrder(pixels);
     return pixels;
 }
 
 void PaintTools::drawOverlay(QPainter &painter) const
 {
-    const std::vector<QPoint> pixels = overlayPixels();
+    const QTransform device = painter.deviceTransform();
+    const double zoom = device.m11();
+    std::vector<QPoint> pixels = overlayPixels(zoom);
     painter.save();
+    if (zoom < 1) {
+        mapTo(pixels, device);
+        painter.setWorldTransform(device.inverted() * painter.worldTransform());
+    }
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setCompositionMode(QPainter::RasterOp_NotDestination);
     for (auto begin = pixels.begin(); begin != pixels.end();) {

@@ -90,10 +90,11 @@ public:
         QRect selection;                            ///< null: none
     };
     Overlay overlay() const;
-    /// Every pixel of the overlay once, by rows; they may lie outside the picture.
-    std::vector<QPoint> overlayPixels() const;
-    /// Inverts them. The painter's unit is a pixel of the picture, its transformation may scale; it paints on
-    /// something like a QImage or a widget, which knows QPainter's raster operations.
+    /// Every pixel of the overlay once, by rows; they may lie outside the picture. Where it is shown smaller
+    /// (a zoom below 1) dashes are longer.
+    std::vector<QPoint> overlayPixels(double zoom = 1) const;
+    /// Inverts them. The painter's unit is a pixel of the picture, its transformation may scale, also below
+    /// 1; it paints on something like a QImage or a widget, which knows QPainter's raster operations.
     void drawOverlay(QPainter &painter) const;
 
     /// A marker reaches so far around its point, in pixels; a press there takes hold of it.

@@ -21,6 +21,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <cmath>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace
@@ -71,7 +73,7 @@ frmPaint::frmPaint(const Services &services)
     QFont textFont = picPaint->textBox().font();
     textFont.setFamilies(
         {u"MS Sans Serif"_s, textFont.family()}); // the second where the first is not installed
-    picPaint->textBox().setFont(textFont);
+    picPaint->setTextFont(textFont);
     m_settings.font = textFont;
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmPaint::clipboardChanged);
     clipboardChanged();
@@ -145,10 +147,7 @@ void frmPaint::connectCanvas()
     using Modifiers = PaintTools::Modifiers;
     connect(picPaint, &PaintCanvas::pressed, this,
             [this](Button button, QPoint at, Modifiers modifiers, QPoint global) {
-                m_panned = global;
-                m_mouse = at;
-                if (m_settings.tool == DrawingTool::Hand)
-                    updateCursor(true);
+                pressed(button, at, global);
                 tools([&] { m_tools.press(button, at, modifiers); });
             });
     connect(picPaint, &PaintCanvas::moved, this, [this](QPoint at, Modifiers modifiers, QPoint global) {
@@ -162,15 +161,23 @@ void frmPaint::connectCanvas()
             updateCursor(false);
         tools([&] {
             m_tools.release(button, at, modifiers);
-            if (m_settings.tool == DrawingTool::Zoom)
+            if (m_settings.tool == DrawingTool::Zoom && button == Button::Left)
                 zoomBy(modifiers.ctrl ? 1 / zoomStep : zoomStep, at);
         });
     });
     connect(picPaint, &PaintCanvas::doubleClicked, this,
-            [this](Button button, QPoint at, Modifiers modifiers) {
+            [this](Button button, QPoint at, Modifiers modifiers, QPoint global) {
+                pressed(button, at, global);
                 tools([&] { m_tools.doubleClick(button, at, modifiers); });
             });
-    connect(picPaint, &PaintCanvas::left, this, [this] { m_statusPosition->clear(); });
+    connect(picPaint, &PaintCanvas::left, this, [this] {
+        m_mouse.reset();
+        showPosition();
+    });
+    connect(picPaint, &PaintCanvas::zoomWanted, this,
+            [this](int steps, QPoint at) { tools([&] { zoomBy(std::pow(zoomStep, steps), at); }); });
+    connect(picPaint, &PaintCanvas::textBoxMoved, this,
+            [this] { fraScroll->ensureWidgetVisible(&picPaint->textBox(), 0, 0); });
     connect(picPaint, &PaintCanvas::textFinished, this, [this] { tools([this] { m_tools.enter(); }); });
     connect(picPaint, &PaintCanvas::textDropped, this, [this] { tools([this] { m_tools.escape(); }); });
     connect(m_area, &PaintArea::resizing, this, [this](QSize size) {
@@ -201,6 +208,15 @@ void frmPaint::connectPanels()
         m_overText = QString::fromUtf16(texts[static_cast<int>(part)]);
         UpdateStatusBar();
     });
+}
+
+void frmPaint::pressed(PaintTools::Button button, QPoint at, QPoint global)
+{
+    m_mouse = at;
+    if (m_settings.tool != DrawingTool::Hand || button != PaintTools::Button::Left)
+        return;
+    m_panned = global;
+    updateCursor(true);
 }
 
 /// Everything that is done to the picture goes through here, and nothing while a filter runs on it.
@@ -290,7 +306,7 @@ void frmPaint::UpdateStatusBar()
 void frmPaint::showPosition()
 {
     const QString size = m_tools.sizeText();
-    const QString position = PaintTools::positionText(m_mouse);
+    const QString position = m_mouse ? PaintTools::positionText(*m_mouse) : QString();
     m_statusPosition->setText(size.isEmpty() ? position : position + u"   "_s + size);
 }
 
@@ -305,12 +321,4 @@ void frmPaint::keyPressEvent(QKeyEvent *event)
     default:
         return QMainWindow::keyPressEvent(event);
     }
-}
-
-void frmPaint::wheelEvent(QWheelEvent *event)
-{
-    if (!(event->modifiers() & Qt::ControlModifier) || event->angleDelta().y() == 0)
-        return QMainWindow::wheelEvent(event);
-    zoomBy(event->angleDelta().y() > 0 ? zoomStep : 1 / zoomStep, m_mouse);
-    event->accept();
 }

@@ -72,10 +72,11 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void wheelEvent(QWheelEvent *event) override;
 
 private:
     void buildControls();
+    void showOpened();
+    void pressed(PaintTools::Button button, QPoint at, QPoint global);
     void buildTools();
     void connectCanvas();
     void connectPanels();
@@ -101,10 +102,10 @@ private:
     std::minstd_rand m_seeds{std::random_device{}()};
     float m_widthFactor = 1; ///< of the last resize
     float m_heightFactor = 1;
-    QPoint m_mouse;          ///< pixel of the picture
-    QPoint m_panned;         ///< global position of the hand while it drags
-    bool m_canPaste = false; ///< another program, or this one, has put a picture onto the clipboard
-    QString m_overText;      ///< of what the pointer is over outside the picture
+    std::optional<QPoint> m_mouse; ///< pixel of the picture the pointer is on; outside: none
+    QPoint m_panned;               ///< global position of the hand while it drags
+    bool m_canPaste = false;       ///< another program, or this one, has put a picture onto the clipboard
+    QString m_overText;            ///< of what the pointer is over outside the picture
 
     QScrollArea *fraScroll;
     PaintArea *m_area;

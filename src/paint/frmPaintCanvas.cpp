@@ -7,9 +7,11 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,7 +22,7 @@ constexpr double smallestZoom = 0.05;
 constexpr double largestZoom = 40;
 constexpr int handleSize = 7;
 constexpr int areaMargin = 12;
-constexpr QSize textBoxSize(160, 48);
+constexpr int textBoxWidth = 160; // at least
 
 PaintTools::Modifiers modifiersOf(const QMouseEvent &event)
 {
@@ -39,7 +41,7 @@ bool isButtonOfTools(const QMouseEvent &event)
 } // namespace
 
 PaintCanvas::PaintCanvas(const PaintPicture &picture, const PaintTools &tools, QWidget *parent)
-    : QWidget(parent), m_picture(picture), m_tools(tools), txtText(new PlainTextBox(this))
+    : QWidget(parent), m_picture(picture), m_tools(tools), txtText(new PlainTextBox(parent))
 {
     setObjectName("picPaint"_L1);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -47,6 +49,11 @@ PaintCanvas::PaintCanvas(const PaintPicture &picture, const PaintTools &tools, Q
     setFocusPolicy(Qt::ClickFocus);
     txtText->setObjectName("txtText"_L1);
     txtText->setToolTip(u"ENTER finishes the text, Shift+ENTER begins a new line"_s);
+    txtText->setLineWrapMode(QPlainTextEdit::NoWrap);
+    txtText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    txtText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    txtText->document()->setDocumentMargin(0); // letters stand where they will be drawn
+    connect(txtText, &QPlainTextEdit::textChanged, this, &PaintCanvas::fitTextBox);
     txtText->installEventFilter(this);
     txtText->viewport()->installEventFilter(this);
     txtText->hide();
@@ -59,14 +66,15 @@ double PaintCanvas::scale() const
 
 void PaintCanvas::setZoom(double zoom)
 {
-    const QSize size = m_picture.image().size();
-    const double most = std::min(largestZoom, longestSide / std::max(size.width(), size.height()));
-    m_zoom = std::clamp(zoom, smallestZoom, std::max(most, smallestZoom));
+    m_zoom = zoom;
     pictureChanged();
 }
 
 void PaintCanvas::pictureChanged()
 {
+    const QSize pixels = m_picture.image().size();
+    const double most = std::min(largestZoom, longestSide / std::max(pixels.width(), pixels.height()));
+    m_zoom = std::clamp(m_zoom, smallestZoom, std::max(most, smallestZoom));
     const QSizeF zoomed = QSizeF(m_picture.image().size()) * scale();
     const QSize wanted(std::max(1, static_cast<int>(std::ceil(zoomed.width()))),
                        std::max(1, static_cast<int>(std::ceil(zoomed.height()))));
@@ -81,19 +89,54 @@ void PaintCanvas::pictureChanged()
 void PaintCanvas::placeTextBox()
 {
     const auto &place = m_tools.textPlace();
-    if (place) {
-        txtText->move((QPointF(*place) * scale()).toPoint());
-        txtText->resize(textBoxSize);
+    if (place != m_shownTextPlace) {
+        m_shownTextPlace = place;
+        if (!place)
+            setFocus();   // before it would go astray with the box
+        txtText->clear(); // the text at the place before is drawn
+        txtText->setVisible(place.has_value());
+        if (place) {
+            txtText->raise();
+            txtText->setFocus();
+        }
     }
-    if (place == m_shownTextPlace)
-        return;
-    m_shownTextPlace = place;
-    if (!place)
-        setFocus();   // before it would go astray with the box
-    txtText->clear(); // the text at the place before is drawn
-    txtText->setVisible(place.has_value());
-    if (place)
-        txtText->setFocus();
+    fitTextBox();
+}
+
+void PaintCanvas::setTextFont(const QFont &font)
+{
+    m_textFont = font;
+    fitTextBox();
+}
+
+/// As large as its text, with room for the first words.
+void PaintCanvas::fitTextBox()
+{
+    constexpr int smallestLetters = 6; // units
+    QFont font = m_textFont;
+    const double height = PaintShapes::textHeight(m_textFont) * scale();
+    font.setPixelSize(std::max(static_cast<int>(std::lround(height)), smallestLetters));
+    if (txtText->font() != font)
+        txtText->setFont(font);
+    const QFontMetrics metrics(font);
+    const int frame = txtText->frameWidth();
+    const QString text = txtText->toPlainText();
+    const int width = metrics.size(Qt::TextExpandTabs, text).width();
+    const QSize needed(std::max(width + 2 * metrics.averageCharWidth(), textBoxWidth),
+                       metrics.lineSpacing() * static_cast<int>(text.count(u'\n') + 1));
+    const QPoint corner = (QPointF(m_shownTextPlace.value_or(QPoint())) * scale()).toPoint();
+    const QRect box(corner - QPoint(frame, frame), needed + 2 * QSize(frame, frame));
+    const bool moved = m_shownTextPlace && txtText->geometry() != box;
+    txtText->setGeometry(box);
+    if (const QSize before = std::exchange(m_extent, extent()); before != m_extent)
+        Q_EMIT sizeChanged();
+    if (moved)
+        Q_EMIT textBoxMoved();
+}
+
+QSize PaintCanvas::extent() const
+{
+    return m_shownTextPlace ? rect().united(txtText->geometry()).size() : size();
 }
 
 void PaintCanvas::showInstead(const QImage &picture)
@@ -151,7 +194,21 @@ void PaintCanvas::mouseReleaseEvent(QMouseEvent *event)
 void PaintCanvas::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (isButtonOfTools(*event))
-        Q_EMIT doubleClicked(buttonOf(*event), pixelAt(exactPosition(*event)), modifiersOf(*event));
+        Q_EMIT doubleClicked(buttonOf(*event), pixelAt(exactPosition(*event)), modifiersOf(*event),
+                             event->globalPosition().toPoint());
+}
+
+/// Small steps of a touch pad add up.
+void PaintCanvas::wheelEvent(QWheelEvent *event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier))
+        return QWidget::wheelEvent(event);
+    m_wheel += event->angleDelta().y();
+    const int steps = m_wheel / QWheelEvent::DefaultDeltasPerStep;
+    m_wheel -= steps * QWheelEvent::DefaultDeltasPerStep;
+    if (steps != 0)
+        Q_EMIT zoomWanted(steps, pixelAt(event->position()));
+    event->accept();
 }
 
 void PaintCanvas::leaveEvent(QEvent *event)
@@ -208,7 +265,7 @@ void PaintArea::AdjustPaintResizeBox()
 {
     const QRect canvas(QPoint(0, 0), m_canvas->size());
     m_canvas->move(0, 0);
-    setFixedSize(canvas.size() + QSize(areaMargin, areaMargin));
+    setFixedSize(m_canvas->extent() + QSize(areaMargin, areaMargin));
     picPaintResize[0]->move(canvas.right() + 1, canvas.center().y() - handleSize / 2);
     picPaintResize[1]->move(canvas.center().x() - handleSize / 2, canvas.bottom() + 1);
     picPaintResize[2]->move(canvas.right() + 1, canvas.bottom() + 1);
@@ -230,16 +287,23 @@ bool PaintArea::eventFilter(QObject *watched, QEvent *event)
 {
     const auto *handle = qobject_cast<QWidget *>(watched);
     const auto place = [event] { return static_cast<QMouseEvent *>(event)->globalPosition().toPoint(); };
+    const auto isLeft = [event] { return static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton; };
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        m_grabbed = place();
-        m_before = m_canvas->pictureSize();
+    case QEvent::MouseButtonDblClick:
+        if (isLeft()) {
+            m_drags = true;
+            m_grabbed = place();
+            m_before = m_canvas->pictureSize();
+        }
         return true;
     case QEvent::MouseMove:
-        Q_EMIT resizing(draggedSize(handle, place()));
+        if (m_drags)
+            Q_EMIT resizing(draggedSize(handle, place()));
         return true;
     case QEvent::MouseButtonRelease:
-        Q_EMIT resizeWanted(draggedSize(handle, place()));
+        if (isLeft() && std::exchange(m_drags, false))
+            Q_EMIT resizeWanted(draggedSize(handle, place()));
         return true;
     default:
         return QWidget::eventFilter(watched, event);

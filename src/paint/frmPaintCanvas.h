@@ -25,8 +25,12 @@ public:
     /// Shown instead of the picture while a filter works on it; null: the picture again.
     void showInstead(const QImage &picture);
 
-    /// `txtText`, where a text is typed.
+    /// `txtText`, where a text is typed: beside the canvas in its parent, over the picture, which it may
+    /// reach out of, with letters as large as they will be drawn.
     QPlainTextEdit &textBox() { return *txtText; }
+    void setTextFont(const QFont &font);
+    /// What canvas and text box take of the parent.
+    QSize extent() const;
 
     QPoint pixelAt(QPointF position) const;
     QSize pictureSize() const { return m_picture.image().size(); }
@@ -35,11 +39,13 @@ Q_SIGNALS:
     void pressed(PaintTools::Button button, QPoint at, PaintTools::Modifiers modifiers, QPoint global);
     void moved(QPoint at, PaintTools::Modifiers modifiers, QPoint global);
     void released(PaintTools::Button button, QPoint at, PaintTools::Modifiers modifiers);
-    void doubleClicked(PaintTools::Button button, QPoint at, PaintTools::Modifiers modifiers);
+    void doubleClicked(PaintTools::Button button, QPoint at, PaintTools::Modifiers modifiers, QPoint global);
     void left();
-    void sizeChanged();
-    void textFinished(); ///< ENTER or a double-click in the text box
-    void textDropped();  ///< Escape there
+    void zoomWanted(int steps, QPoint at); ///< with CTRL and the wheel; below 0: smaller
+    void sizeChanged();                    ///< of the canvas, or of extent()
+    void textBoxMoved();                   ///< or shown, or resized
+    void textFinished();                   ///< ENTER or a double-click in the text box
+    void textDropped();                    ///< Escape there
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -48,17 +54,22 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     double scale() const; ///< pixels of the picture to units of the widget
     void placeTextBox();
+    void fitTextBox();
 
     const PaintPicture &m_picture;
     const PaintTools &m_tools;
     QPlainTextEdit *txtText;
     std::optional<QPoint> m_shownTextPlace;
+    QFont m_textFont;
+    QSize m_extent;
     QImage m_instead;
+    int m_wheel = 0; ///< turned since the last step, in eighths of a degree
     double m_zoom = 1;
 };
 
@@ -86,6 +97,7 @@ private:
 
     PaintCanvas *m_canvas = nullptr;
     std::array<QWidget *, 3> picPaintResize{};
+    bool m_drags = false;
     QPoint m_grabbed; ///< where the handle was taken, global
     QSize m_before;
 };

@@ -40,7 +40,7 @@ void frmPaint::showPic(const QString &path)
         return;
     tools([&] {
         if (m_picture.openFile(path))
-            picPaint->setZoom(1);
+            showOpened();
     });
 }
 
@@ -63,7 +63,17 @@ void frmPaint::mnuNew_Click()
 void frmPaint::mnuOpen_Click()
 {
     if (m_picture.Open())
-        picPaint->setZoom(1);
+        showOpened();
+}
+
+/// From its top left corner, pixel by pixel, with the tool chosen anew.
+void frmPaint::showOpened()
+{
+    m_tools.choose(m_settings.tool);
+    updateCursor(false);
+    picPaint->setZoom(1);
+    fraScroll->horizontalScrollBar()->setValue(0);
+    fraScroll->verticalScrollBar()->setValue(0);
 }
 
 void frmPaint::mnuSave_Click()
@@ -179,7 +189,7 @@ void frmPaint::mnuFont_Click()
     if (!font)
         return;
     m_settings.font = *font;
-    picPaint->textBox().setFont(*font);
+    picPaint->setTextFont(*font);
 }
 
 // ---- effects
@@ -192,9 +202,12 @@ void frmPaint::ImageEffect(int kind, double value)
     parameters.angle = static_cast<float>(value);
     parameters.counterClockwise = !m_menus->clockwise();
     parameters.background = m_settings.fill.rgb();
-    m_picture.apply([&](const QImage &source) {
-        return mdlEffect::TransformPicture(source, static_cast<mdlEffect::Kind>(kind), parameters);
-    });
+    const auto effect = static_cast<mdlEffect::Kind>(kind);
+    m_picture.apply(
+        [&](const QImage &source) { return mdlEffect::TransformPicture(source, effect, parameters); },
+        [&](QSize size) {
+            return effect == mdlEffect::Kind::Resize ? mdlEffect::resizedSize(size, parameters) : size;
+        });
 }
 
 void frmPaint::resizeBy(int percent)

@@ -157,7 +157,7 @@ void PaintMenus::buildEffect()
     rotate->addSeparator();
     m_turns = group(rotate, u"mnuRotateWay"_s, {u"&Clockwise"_s, u"&Anti-Clockwise"_s}, 0);
     add(effect, u"mnuClear"_s, u"&Clear"_s, {}, &frmPaint::mnuClear_Click);
-    QMenu *filter = menu(u"Filte&r"_s, effect);
+    QMenu *filter = menu(u"&Filte&r"_s, effect);
     for (const FilterRow &row : filterRows) {
         if (row.number != noFilter)
             add(filter, u"mnuFilter_%1"_s.arg(row.number), QString::fromUtf16(row.menu), {},

@@ -61,8 +61,7 @@ QImage halved(const QImage &picture)
 
 QImage resize(const QImage &picture, const Parameters &parameters)
 {
-    const QSize size(scaledLength(picture.width(), parameters.widthFactor),
-                     scaledLength(picture.height(), parameters.heightFactor));
+    const QSize size = mdlEffect::resizedSize(picture.size(), parameters);
     if (size * 2 == picture.size())
         return halved(picture);
     // Qt's smooth scaling is an area average downwards and bilinear upwards; it needs 32 bits a pixel.
@@ -232,6 +231,12 @@ QImage RotatePicture(const QImage &picture, float angle, bool counterClockwise, 
     if (degrees == 180)
         return byRows(source, FilterRows::reverse, true);
     return turned(source, degrees * std::numbers::pi / 180, background);
+}
+
+QSize resizedSize(QSize size, const Parameters &parameters)
+{
+    return {scaledLength(size.width(), parameters.widthFactor),
+            scaledLength(size.height(), parameters.heightFactor)};
 }
 
 QImage TransformPicture(const QImage &picture, Kind kind, const Parameters &parameters)

@@ -27,6 +27,9 @@ struct Parameters {
 /// linearly between neighbours; at the border the edge pixels count alone.
 QImage TransformPicture(const QImage &picture, Kind kind, const Parameters &parameters = {});
 
+/// Of a picture after Resize.
+QSize resizedSize(QSize size, const Parameters &parameters);
+
 /// The picture turned by an angle in degrees about its centre, (width / 2, height / 2); a whole turn more or
 /// less does not matter. Format_RGB32, device pixel ratio 1.
 ///

@@ -103,6 +103,7 @@ enum class Question {
     PaintColour,
     PaintFont,
     PaintPrintFailed,
+    PaintTooLarge,
     // documents
     NoPagesForDocuments,
     OverwriteContentsPage,

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
@@ -15,6 +16,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
+#include <QWheelEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -203,9 +205,51 @@ TEST_F(frmPaintTest, ATextIsTypedOnThePicture)
     closeUnsaved();
 }
 
+TEST_F(frmPaintTest, ATextBoxIsWholeOnASmallPicture)
+{
+    tool(8);
+    click({50, 35});
+    auto &box = control<QPlainTextEdit>(u"txtText"_s);
+    const auto isWhole = [&box] { return box.visibleRegion().boundingRect().size() == box.size(); };
+    EXPECT_TRUE(isWhole());
+    EXPECT_GE(box.width(), 150);
+    const int height = box.height();
+    QTest::keyClicks(&box, u"A line that is a good deal wider than the box"_s);
+    QTest::keyClick(&box, Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClicks(&box, u"and one more"_s);
+    EXPECT_TRUE(isWhole());
+    EXPECT_GT(box.height(), height + 8);
+    EXPECT_GE(box.viewport()->width(),
+              box.fontMetrics().horizontalAdvance(box.toPlainText().section(u'\n', 0, 0)));
+    QTest::keyClick(&box, Qt::Key_Escape);
+    EXPECT_EQ(shown(), original);
+}
+
+TEST_F(frmPaintTest, TheWheelZoomsWithControlAndTheRightButtonDoesNot)
+{
+    const auto turn = [this](int eighths) {
+        QWheelEvent event({30, 20}, canvas().mapToGlobal(QPointF(30, 20)), {}, {0, eighths}, Qt::NoButton,
+                          Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&canvas(), &event);
+    };
+    turn(120);
+    EXPECT_EQ(canvas().size(), QSize(75, 50));
+    turn(-60);
+    EXPECT_EQ(canvas().size(), QSize(75, 50)) << "half a step of a touch pad";
+    turn(-60);
+    EXPECT_EQ(shown(), original);
+    tool(15);
+    click({8, 8}, Qt::RightButton);
+    EXPECT_EQ(shown(), original);
+}
+
 TEST_F(frmPaintTest, HandlesResizeThePicture)
 {
     auto &corner = control<QWidget>(u"picPaintResize_2"_s);
+    QTest::mousePress(&corner, Qt::RightButton, {}, {3, 3});
+    QTest::mouseMove(&corner, {13, 8});
+    QTest::mouseRelease(&corner, Qt::RightButton, {}, {13, 8});
+    EXPECT_EQ(shown().size(), original.size()) << "the left button's";
     QTest::mousePress(&corner, Qt::LeftButton, {}, {3, 3});
     QTest::mouseMove(&corner, {13, 8});
     QTest::mouseRelease(&corner, Qt::LeftButton, {}, {13, 8});
@@ -229,7 +273,7 @@ TEST_F(frmPaintTest, ColoursAndFontsAreAskedFor)
     EXPECT_EQ(colours.fill(), QColor(Qt::white));
     prompter.expectColour(Question::PaintFont, u"Sans Serif,20,-1,5,75,0,0,0,0,0"_s);
     menu(u"mnuFont"_s);
-    EXPECT_EQ(control<QPlainTextEdit>(u"txtText"_s).font().pointSize(), 20);
+    EXPECT_EQ(control<QPlainTextEdit>(u"txtText"_s).font().pixelSize(), 27) << "20 points at 96 to the inch";
 }
 
 TEST_F(frmPaintTest, APictureIsPrintedOrTheUserHearsWhyNot)

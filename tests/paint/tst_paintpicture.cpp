@@ -331,10 +331,65 @@ TEST_F(PaintPictureTest, TheCanvasGrowsAndShrinksAtRightAndBottom)
     EXPECT_EQ(shown(), (Rows{"#br", "b#r", "rrr"}));
     EXPECT_TRUE(picture.resizeCanvas({3, 1}));
     EXPECT_EQ(shown(), Rows{"#br"});
-    const int entry = picture.history().current();
-    for (const QSize size : {QSize(3, 1), QSize(0, 1), QSize(3, -1), QSize(200000, 200000)})
+    for (const QSize size : {QSize(3, 1), QSize(0, 1), QSize(3, -1)})
         EXPECT_FALSE(picture.resizeCanvas(size));
-    EXPECT_EQ(picture.history().current(), entry);
+    const QImage line = QImage(40'000, 1, QImage::Format_RGB32); // longer than what can be drawn on
+    const std::vector<std::function<void()>> growing{
+        [this] {
+            picture.resizeCanvas({30'000, 30'000});
+        },
+        [&] { picture.Paste(line, {}); },
+        [this] {
+            picture.apply([](const QImage &) -> QImage { throw RunTimeError(7, u"it is not even tried"_s); },
+                          [](QSize size) { return size * 20'000; });
+        }};
+    for (const auto &grow : growing) {
+        prompter.expectTell(Question::PaintTooLarge);
+        grow();
+        EXPECT_EQ(shown(), Rows{"#br"});
+    }
+    EXPECT_TRUE(prompter.asked.back().text.contains(u"60000 x 20000"_s));
+    ImageFile::save(line, path(u"line.bmp"_s));
+    picture.discardChanges();
+    prompter.expectTell(Question::PaintOpenFailed);
+    EXPECT_FALSE(picture.openFile(path(u"line.bmp"_s)));
+}
+
+TEST_F(PaintPictureTest, ChangesThatAreNotWantedAreGoneForGood)
+{
+    EXPECT_TRUE(picture.openFile(bitmap));
+    picture.discardChanges();
+    picture.Clear();
+    EXPECT_TRUE(picture.Save());
+    begin({"b"});
+    picture.discardChanges();
+    EXPECT_EQ(shown(), (Rows{"rr", "rr", "rr"})) << "as it was saved last";
+    EXPECT_EQ(picture.fileName(), bitmap);
+    EXPECT_FALSE(picture.dirty() || picture.undoEnabled());
+}
+
+TEST_F(PaintPictureTest, WhatIsPendingIsNewerThanWhatCouldBeRedone)
+{
+    begin({"#b.", "..."});
+    picture.Clear();
+    picture.undo();
+    EXPECT_TRUE(picture.redoEnabled());
+    const int entry = picture.history().current();
+    bool exists = true;
+    picture.setPendingWork({[&] { return exists; }, [&] { exists = false; }}); // an empty text box
+    EXPECT_TRUE(picture.undoEnabled() && !picture.redoEnabled());
+    picture.undo();
+    EXPECT_EQ(picture.history().current(), entry) << "the box goes, and nothing else";
+    picture.setPendingWork({});
+
+    picture.select({0, 0, 2, 1});
+    picture.lift(false);
+    EXPECT_FALSE(picture.redoEnabled());
+    picture.moveSelection({1, 1});
+    EXPECT_TRUE(picture.apply(mirrored));
+    const int moved = picture.history().current();
+    picture.lift(true);
+    EXPECT_EQ(picture.history().current(), moved) << "that picture is in the history already";
 }
 
 TEST_F(PaintPictureTest, AnEffectChangesTheSelectionOrElseThePicture)

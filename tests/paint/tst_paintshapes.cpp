@@ -160,7 +160,7 @@ TEST(PaintShapesTest, AFloodStopsAtOtherColours)
     EXPECT_EQ(flooded({"."}, {0, 0}), Rows{"b"});
     EXPECT_EQ(flooded({"..", ".."}, {2, 0}, false), (Rows{"..", ".."}));
     EXPECT_EQ(flooded({"..", ".."}, {0, -1}, false), (Rows{"..", ".."}));
-    EXPECT_EQ(flooded({"bb", ".b"}, {0, 0}), (Rows{"bb", ".b"})) << "the colour that is there already";
+    EXPECT_EQ(flooded({"bb", ".b"}, {0, 0}, false), (Rows{"bb", ".b"})) << "the colour that is there already";
     EXPECT_EQ(flooded({".#.", "#.#", ".#."}, {1, 1}), (Rows{".#.", "#b#", ".#."})) << "not over corners";
     EXPECT_EQ(flooded({"#.##", "#..#", "##.#", "#..."}, {3, 3}), (Rows{"#b##", "#bb#", "##b#", "#bbb"}));
     // Back up behind a wall, on both sides.
@@ -182,7 +182,7 @@ TEST(PaintShapesTest, TheAirBrushSpraysIntoItsSquare)
         airBrush(image, {12, 12}, size, Qt::black, seed);
         return image;
     };
-    EXPECT_EQ(count(PaintFixture::rowsOf(sprayed(1, 5)), '#'), 0U) << "a quarter of a point";
+    EXPECT_EQ(count(PaintFixture::rowsOf(sprayed(1, 5)), '#'), 1U) << "a quarter of a point is one";
     EXPECT_EQ(count(PaintFixture::rowsOf(sprayed(2, 5)), '#'), 1U);
     const QImage large = sprayed(16, 5);
     const std::size_t all = count(PaintFixture::rowsOf(large), '#');
@@ -224,9 +224,12 @@ TEST(PaintShapesTest, TheBrushHasTenShapes)
 TEST(PaintShapesTest, TextHasLines)
 {
     QFont font;
-    font.setPixelSize(12);
-    const auto lowest = [&](const QString &lines) {
+    font.setPointSize(9);
+    EXPECT_EQ(textHeight(font), 12);
+    const auto lowest = [&](const QString &lines, int dotsPerMetre = 3780) {
         QImage image = white(60, 80);
+        image.setDotsPerMeterX(dotsPerMetre);
+        image.setDotsPerMeterY(dotsPerMetre);
         text(image, {5, 10}, font, Qt::black, lines);
         int row = -1;
         for (int y = 0; y < image.height(); ++y) {
@@ -243,4 +246,5 @@ TEST(PaintShapesTest, TextHasLines)
     EXPECT_GE(first, 10);
     EXPECT_GT(lowest(QStringLiteral("HH\r\nH")), first + 8);
     EXPECT_EQ(lowest(QStringLiteral("HH\nH")), lowest(QStringLiteral("HH\r\nH")));
+    EXPECT_EQ(lowest(QStringLiteral("HH"), 12000), first) << "whatever the file says of its resolution";
 }

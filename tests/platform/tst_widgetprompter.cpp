@@ -134,6 +134,18 @@ TEST(WidgetPrompterTest, FilesAndFolders)
     whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Save); });
     EXPECT_EQ(prompter.saveFile(Question::SaveImageAs, file), folder.filePath(u"plain.bmp"_s));
 
+    // ... or of the kind that is chosen, which also changes the name's.
+    file.filter = u"Bitmap|*.bmp;*.dib|PNG|*.png"_s;
+    for (const QString &name : {u"plain"_s, u"plain.bmp"_s}) {
+        file.fileName = name;
+        whenAsked([](QDialog &box) {
+            box.findChild<QComboBox *>(u"fileTypeCombo"_s)->setFocus();
+            QTest::keyClick(box.findChild<QComboBox *>(u"fileTypeCombo"_s), Qt::Key_Down);
+            pressButton(box, QDialogButtonBox::Save);
+        });
+        EXPECT_EQ(prompter.saveFile(Question::PaintSaveAs, file), folder.filePath(u"plain.png"_s));
+    }
+
     file.fileName = u"taken.bmp"_s;
     whenAsked([](QDialog &box) { pressButton(box, QDialogButtonBox::Open); });
     EXPECT_EQ(prompter.openFile(Question::OpenFailed, file), folder.filePath(u"taken.bmp"_s));

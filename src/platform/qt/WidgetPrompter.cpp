@@ -6,11 +6,14 @@
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -74,10 +77,30 @@ void prepare(QMessageBox &box, const PromptText &prompt)
     standAlone(box);
 }
 
-/// Of the first pattern: what a name gets that is typed without one.
-QString firstSuffix(const QString &filter)
+/// Of the first pattern of "Bitmap (*.bmp *.dib)": what a name gets that is typed without one.
+QString firstSuffix(const QString &nameFilter)
 {
-    return filter.section(u'|', 1, 1).section(u';', 0, 0).section(u'.', -1).trimmed().toLower();
+    static const QRegularExpression first(u"\\(\\*\\.(\\w+)"_s);
+    return first.match(nameFilter).captured(1).toLower();
+}
+
+/// The kind that the user chooses is the kind of the file: a typed name gets its suffix, and a name that has
+/// the suffix of another kind changes it.
+void followKind(QFileDialog &dialog)
+{
+    dialog.setDefaultSuffix(firstSuffix(dialog.selectedNameFilter()));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString &nameFilter) {
+        const QString suffix = firstSuffix(nameFilter);
+        dialog.setDefaultSuffix(suffix);
+        const QStringList names = dialog.selectedFiles();
+        const QFileInfo file(names.value(0));
+        const QStringList kinds = dialog.nameFilters();
+        const bool known = std::any_of(kinds.begin(), kinds.end(), [&](const QString &kind) {
+            return firstSuffix(kind).compare(file.suffix(), Qt::CaseInsensitive) == 0;
+        });
+        if (!suffix.isEmpty() && known && !file.suffix().isEmpty())
+            dialog.selectFile(file.completeBaseName() + u'.' + suffix);
+    });
 }
 
 std::optional<QString> chooseFile(const FilePrompt &prompt, QFileDialog::AcceptMode mode)
@@ -90,7 +113,7 @@ std::optional<QString> chooseFile(const FilePrompt &prompt, QFileDialog::AcceptM
     dialog.setNameFilters(WidgetPrompter::nameFilters(prompt.filter));
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !prompt.askOverwrite);
     if (mode == QFileDialog::AcceptSave)
-        dialog.setDefaultSuffix(firstSuffix(prompt.filter));
+        followKind(dialog);
     if (!prompt.fileName.isEmpty())
         dialog.selectFile(prompt.fileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
