@@ -1,6 +1,7 @@
 #include "app/frmMain.h"
 
 #include "app/CommandSet.h"
+#include "app/frmAbout.h"
 #include "app/HookAwareFailureBox.h"
 #include "app/InstructionsPanel.h"
 #include "app/ProjectBox.h"
@@ -388,10 +389,7 @@ void frmMain::mnuHelpContents_Click()
 
 void frmMain::mnuHelpAbout_Click()
 {
-    m_prompter.tell(Question::AboutShotly,
-                    {u"Shotly %1\r\n\r\nTurns a demonstration on screen into a step-by-step document."_s.arg(
-                         QStringLiteral(SHOTLY_VERSION)),
-                     u"About Shotly"_s, Icon::Information});
+    frmAbout(*m_platform.programs, m_prompter, this).exec();
 }
 
 void frmMain::mnuFileExit_Click()

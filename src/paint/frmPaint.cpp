@@ -77,6 +77,7 @@ frmPaint::frmPaint(const Services &services)
     m_settings.font = textFont;
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &frmPaint::clipboardChanged);
     clipboardChanged();
+    picPaint->setTextColours(m_settings.foreground, m_settings.fill);
     optTools_Click(static_cast<int>(DrawingTool::Pencil));
     optTools->button(static_cast<int>(DrawingTool::Pencil))->setChecked(true);
     pictureChanged();
@@ -199,6 +200,7 @@ void frmPaint::connectPanels()
     connect(m_colours, &ColourPanel::coloursChanged, this, [this] {
         m_settings.foreground = m_colours->foreground();
         m_settings.fill = m_colours->fill();
+        picPaint->setTextColours(m_settings.foreground, m_settings.fill);
     });
     connect(m_colours, &ColourPanel::customColourWanted, this,
             [this](bool foreground) { tools([&] { askColour(foreground); }); });

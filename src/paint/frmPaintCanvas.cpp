@@ -109,6 +109,18 @@ void PaintCanvas::setTextFont(const QFont &font)
     fitTextBox();
 }
 
+/// Letters of the ground's colour are typed on what can be read.
+void PaintCanvas::setTextColours(QColor letters, QColor ground)
+{
+    constexpr int middle = 128;
+    QPalette look = txtText->palette();
+    look.setColor(QPalette::Text, letters);
+    if (letters == ground)
+        ground = qGray(letters.rgb()) < middle ? Qt::white : Qt::black;
+    look.setColor(QPalette::Base, ground);
+    txtText->setPalette(look);
+}
+
 /// As large as its text, with room for the first words.
 void PaintCanvas::fitTextBox()
 {

@@ -29,6 +29,7 @@ public:
     /// reach out of, with letters as large as they will be drawn.
     QPlainTextEdit &textBox() { return *txtText; }
     void setTextFont(const QFont &font);
+    void setTextColours(QColor letters, QColor ground);
     /// What canvas and text box take of the parent.
     QSize extent() const;
 

@@ -15,4 +15,7 @@ public:
     /// Opens a picture in the external paint program: `program` when it is not empty, else the first one
     /// installed of a short list. An empty path starts the program without a picture.
     virtual void paint(const QString &program, const QString &picturePath) = 0;
+
+    /// Starts the desktop's program that describes the machine.
+    virtual void showSystemInformation() = 0;
 };

@@ -26,6 +26,8 @@
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -271,6 +273,27 @@ TEST_F(MainWindowTest, ClosingStopsTheRunAndKeepsThePlace)
     EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->currentText(), u"closing"_s);
     EXPECT_EQ(control<QComboBox>(u"cmbProj"_s)->count(), 1);
     EXPECT_EQ(state.ChildWidth, 780 * 15 - 180);
+}
+
+TEST_F(MainWindowTest, TheAboutBoxNamesTheBuildAndStartsTheSystemInformation)
+{
+    QTimer::singleShot(0, [this] {
+        QDialog *box = window->findChild<QDialog *>(u"frmAbout"_s);
+        ASSERT_TRUE(box);
+        EXPECT_EQ(box->windowTitle(), u"About Shotly"_s);
+        const QString version = box->findChild<QLabel *>(u"lblVersion"_s)->text();
+        EXPECT_TRUE(version.startsWith(u"Version " SHOTLY_VERSION "\nBuild "_s)) << version.toStdString();
+        const QString licences = box->findChild<QPlainTextEdit *>(u"txtLicences"_s)->toPlainText();
+        for (const QString &library : {u"Qt"_s, u"SQLite"_s, u"XCB"_s, u"ALSA"_s, u"Hunspell"_s, u"QPDF"_s,
+                                       u"libdeflate"_s, u"xxHash"_s})
+            EXPECT_TRUE(licences.contains(library)) << library.toStdString();
+        QTest::mouseClick(box->findChild<QPushButton *>(u"cmdSysInfo"_s), Qt::LeftButton);
+        EXPECT_EQ(programs->informed, 1);
+        EXPECT_TRUE(box->isVisible());
+        QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_FALSE(box->isVisible());
+    });
+    control<QAction>(u"mnuHelpAbout"_s)->trigger();
 }
 
 TEST_F(MainWindowTest, APictureNamedAtTheStartIsShown)

@@ -214,6 +214,10 @@ TEST_F(frmPaintTest, ATextBoxIsWholeOnASmallPicture)
     EXPECT_TRUE(isWhole());
     EXPECT_GE(box.width(), 150);
     const int height = box.height();
+    QTest::mouseClick(&control<QLabel>(u"lblColor_7"_s), Qt::LeftButton);
+    QTest::mouseClick(&control<QLabel>(u"lblColor_11"_s), Qt::RightButton);
+    EXPECT_EQ(box.palette().color(QPalette::Text), QColor(Qt::red));
+    EXPECT_EQ(box.palette().color(QPalette::Base), QColor(Qt::yellow));
     QTest::keyClicks(&box, u"A line that is a good deal wider than the box"_s);
     QTest::keyClick(&box, Qt::Key_Return, Qt::ShiftModifier);
     QTest::keyClicks(&box, u"and one more"_s);

@@ -89,3 +89,13 @@ TEST_F(DesktopProgramsTest, theDesktopOpensFilesAndFolders)
     EXPECT_EQ(called(), QStringLiteral("xdg-open|") + m_folder.path());
     EXPECT_EQ(opening(m_picture + u'x'), RunTimeError::FileNotFound);
 }
+
+TEST_F(DesktopProgramsTest, theSystemInformationIsTheFirstProgramInstalled)
+{
+    const auto show = [this] { return errorOf([&] { m_programs.showSystemInformation(); }); };
+    EXPECT_EQ(show(), RunTimeError::CannotCreateObject);
+    install("hardinfo");
+    install("gnome-control-center");
+    EXPECT_EQ(show(), 0);
+    EXPECT_EQ(called(), QStringLiteral("gnome-control-center|info-overview"));
+}

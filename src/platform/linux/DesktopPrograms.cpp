@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <vector>
+
 namespace
 {
 QString existingPath(const QString &path)
@@ -80,4 +82,30 @@ void DesktopPrograms::paint(const QString &program, const QString &picturePath)
         throw cannotStart(given);
     const QString executable = words.takeFirst();
     start(executable, words, path);
+}
+
+void DesktopPrograms::showSystemInformation()
+{
+    struct Tool {
+        QString program;
+        QStringList arguments;
+    };
+    static const std::vector<Tool> known = {
+        {QStringLiteral("kinfocenter"), {}},
+        {QStringLiteral("gnome-control-center"), {QStringLiteral("info-overview")}},
+        {QStringLiteral("cinnamon-settings"), {QStringLiteral("info")}},
+        {QStringLiteral("mate-system-monitor"), {}},
+        {QStringLiteral("hardinfo"), {}},
+        {QStringLiteral("gnome-system-monitor"), {}},
+        {QStringLiteral("xfce4-taskmanager"), {}},
+    };
+    QStringList names;
+    for (const Tool &tool : known) {
+        if (!QStandardPaths::findExecutable(tool.program).isEmpty())
+            return start(tool.program, tool.arguments, {});
+        names += tool.program;
+    }
+    throw RunTimeError(RunTimeError::CannotCreateObject,
+                       QStringLiteral("No program that describes the computer is installed. Known are: %1.")
+                           .arg(names.join(QStringLiteral(", "))));
 }

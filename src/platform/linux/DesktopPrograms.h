@@ -13,4 +13,5 @@ class DesktopPrograms : public ExternalPrograms
 public:
     void openWithDesktop(const QString &path) override;
     void paint(const QString &program, const QString &picturePath) override;
+    void showSystemInformation() override;
 };
