@@ -58,6 +58,7 @@ void DocumentGeneration::CreateDocuments()
         break;
     case 3:
         GenerateHtmlOutput();
+        m_services.workspace.setBusyPointer(true); // the HTML pages have taken it away
         GenerateWordOutput();
         break;
     default:

@@ -58,10 +58,11 @@ const WordTextStyle &styleOf(AppOptions &options, TextRole role)
 class WordPass
 {
 public:
-    WordPass(const DocumentServices &services, ReplacedFiles &replaced, WordApplication &word,
-             std::vector<WordPage> pages)
-        : m_services(services), m_options(services.state.AppOptions), m_replaced(replaced), m_word(word),
-          m_pages(std::move(pages)), m_line(inFolder(services.state.ApplicationPath, u"line.bmp"_s))
+    WordPass(const DocumentServices &services, const QString &project, ReplacedFiles &replaced,
+             WordApplication &word, std::vector<WordPage> pages)
+        : m_services(services), m_options(services.state.AppOptions), m_project(project),
+          m_replaced(replaced), m_word(word), m_pages(std::move(pages)),
+          m_line(inFolder(services.state.ApplicationPath, u"line.bmp"_s))
     {
     }
 
@@ -105,7 +106,7 @@ private:
                 writePage(document, page);
             }
         }
-        return save(document, m_options.ProjectName, nullptr);
+        return save(document, m_project, nullptr);
     }
 
     bool writeDocuments()
@@ -122,7 +123,7 @@ private:
             if (!progress.step(done))
                 return false;
             writePage(document, page);
-            if (!save(document, m_options.ProjectName + QString::number(++done), &progress))
+            if (!save(document, m_project + QString::number(++done), &progress))
                 return false;
         }
         return true;
@@ -164,20 +165,20 @@ private:
         using enum TextRole;
         const int layout = page.layout == 0 ? m_options.OptionFlags[PageLayout] : page.layout;
         if (layout == 1) {
-            addText(document, page, Title, page.text(Title) + lineEnd());
+            addText(document, Title, page.text(Title) + lineEnd());
             addPicture(document, page.picture, page.pictureText());
-            addText(document, page, SubTitle, page.text(SubTitle));
+            addText(document, SubTitle, page.text(SubTitle));
         } else {
-            addText(document, page, Title, page.text(Title));
+            addText(document, Title, page.text(Title));
             addLine(document);
-            addText(document, page, SubTitle, page.text(SubTitle) + lineEnd());
+            addText(document, SubTitle, page.text(SubTitle) + lineEnd());
             addPicture(document, page.picture, page.pictureText());
         }
         for (const TextRole role : {Other, Note1, Note2})
-            addText(document, page, role, lineEnd() + page.text(role));
+            addText(document, role, lineEnd() + page.text(role));
     }
 
-    void addText(WordDocument &document, const WordPage &page, TextRole role, const QString &text)
+    void addText(WordDocument &document, TextRole role, const QString &text)
     {
         const WordTextStyle &style = styleOf(m_options, role);
         const auto range = paragraph(document, text);
@@ -188,7 +189,7 @@ private:
         range->setFontItalic(style.Italic == 1);
         range->setUnderline(style.Underline == 1);
         range->setAlignment(style.Align);
-        if (role == TextRole::Title && !page.text(role).isEmpty())
+        if (role == TextRole::Title)
             range->setOutlineLevel(1);
     }
 
@@ -221,6 +222,7 @@ private:
         return true;
     }
 
+    /// A step that ends before it notices that the user has cancelled counts as cancelled, too.
     template <typename Step>
     bool perform(const QString &title, ProgressScope *pages, Step step)
     {
@@ -230,22 +232,23 @@ private:
                     work.done = m_written;
                     step({work.stop, {}});
                 });
-            } else {
-                ProgressScope progress(m_services.progress, title, m_pictures);
-                besideEvents(progress, [&](WorkBesideEvents &work) {
-                    step({work.stop, [&work](int pictures) { work.done = pictures; }});
-                });
+                return pages->step(m_written);
             }
+            ProgressScope progress(m_services.progress, title, m_pictures);
+            besideEvents(progress, [&](WorkBesideEvents &work) {
+                step({work.stop, [&work](int pictures) { work.done = pictures; }});
+            });
+            return progress.step(m_pictures);
         } catch (const RunTimeError &error) {
             if (error.number() == RunTimeError::UserInterrupt)
                 return false;
             throw;
         }
-        return true;
     }
 
     const DocumentServices &m_services;
     AppOptions &m_options;
+    QString m_project;
     ReplacedFiles &m_replaced;
     WordApplication &m_word;
     std::vector<WordPage> m_pages;
@@ -288,6 +291,6 @@ DocumentGeneration::Outcome DocumentGeneration::writeWordDocuments(const QString
     m_word->setHeight(windowHeight);
     m_word->setWidth(windowWidth);
     m_word->setVisible(true);
-    WordPass pass(m_services, replaced, *m_word, std::move(pages));
+    WordPass pass(m_services, project, replaced, *m_word, std::move(pages));
     return pass.run(m_documentsWritten) ? Outcome::Finished : Outcome::GivenUp;
 }

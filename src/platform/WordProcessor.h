@@ -22,7 +22,8 @@ public:
 
     virtual ~WordRange() = default;
 
-    /// Puts text before what the range holds. CR LF, CR and LF begin a new paragraph each.
+    /// Puts text before what the range holds. CR LF, CR, LF, U+000B, U+2028 and U+2029 begin a new paragraph
+    /// each.
     virtual void insertBefore(const QString &text) = 0;
 
     virtual void setFontName(const QString &name) = 0;
@@ -35,7 +36,8 @@ public:
     virtual void setUnderline(bool on) = 0;
     /// 0 left, 1 centre, 2 right.
     virtual void setAlignment(int alignment) = 0;
-    /// 1 to 9: a heading of that level; BodyText: none. Changes nothing that is seen on paper.
+    /// 1 to 9: a heading of that level, but for paragraphs without words; BodyText: none. Changes nothing
+    /// that is seen on paper.
     virtual void setOutlineLevel(int level) = 0;
 
     /// Makes it what the application's insertBreak() and insertAfter() work on.

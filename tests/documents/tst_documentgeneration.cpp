@@ -167,6 +167,7 @@ TEST_F(DocumentGenerationTest, theOptionSaysWhichKindsAreWritten)
     addPage(1);
     t.state.AppOptions.ShowLessMessage = 1;
     t.state.AppOptions.OneWordDocumentIncludeAllPages = true;
+    word.whileSaving = [this] { EXPECT_TRUE(t.workspace.busy) << t.state.AppOptions.FinalDocumentFormat; };
     for (const Row &row : {Row{0, Answer::Ok, true, false}, Row{1, Answer::Ok, false, true},
                            Row{2, Answer::Yes, true, false}, Row{2, Answer::No, false, true},
                            Row{3, Answer::Ok, true, true}, Row{4, Answer::Ok, false, false}}) {

@@ -73,19 +73,22 @@ TEST_F(WordDocumentsTest, oneDocumentIsTypedInTheOrderOfItsPages)
     t.write(t.state.ApplicationPath + u"/line.bmp"_s, "a line");
     generate();
     const QStringList line = picture(u"line.bmp"_s, u"Line"_s);
-    const QStringList untitled = look(u"Impact"_s, 20, 9, {1, 0, 1}, 1);
     const QStringList expected =
         begin + contentsHead + line + contentsLine(u"|1. Open"_s) + contentsLine(u"|2. "_s) +
         // above the picture
         pageBreak + styled(u"Open"_s, title) + line + styled(u"Menu|"_s, subTitle) +
         picture(u"sh0001.bmp"_s, u"Open, page 1"_s) + notes(u"Line one|Line two"_s, u"One"_s, u"Two"_s) +
-        // below it; there is none, and a title without text is no heading
-        pageBreak + styled(u"|"_s, untitled) + styled(QString(), subTitle) +
+        // below it; there is none
+        pageBreak + styled(u"|"_s, title) + styled(QString(), subTitle) +
         notes(QString(), QString(), QString()) + QStringList{u"save Demo.doc"_s, u"show"_s};
     EXPECT_EQ(word.log, expected);
     EXPECT_EQ(t.state.AppOptions.WordStyles[1].Font, u"Arial"_s);
     EXPECT_EQ(t.workspace.status, u"1 Word document written."_s);
     EXPECT_FALSE(t.workspace.busy || progress.open);
+
+    t.state.AppOptions.ProjectName = u"Another"_s;
+    EXPECT_TRUE(documents.GenerateWordDocuments(u"Demo"_s));
+    EXPECT_EQ(word.log.last(), u"save Demo.doc"_s);
 }
 
 TEST_F(WordDocumentsTest, aDocumentForEachPageComesWithAContentsDocumentAndPdfs)
@@ -155,6 +158,15 @@ TEST_F(WordDocumentsTest, whatIsCancelledOrFailsLeavesTheOldDocuments)
         EXPECT_EQ(tree(), before) << qPrintable(what);
         EXPECT_EQ(t.workspace.status, u"Cancelled: the previous documents are back."_s);
         EXPECT_FALSE(word.log.contains(u"show"_s));
+    }
+    t.state.AppOptions.OneWordDocumentIncludeAllPages = true;
+    progress.cancelAtOnce = false;
+    progress.cancelAt = 1; // the only picture: too late for the word processor to notice
+    for (const QString &what : {u"Saving the Word document"_s, u"Making the PDF"_s}) {
+        progress.cancelWhat = what;
+        generate();
+        EXPECT_EQ(tree(), before) << qPrintable(what);
+        EXPECT_EQ(t.workspace.status, u"Cancelled: the previous documents are back."_s);
     }
     EXPECT_FALSE(t.workspace.busy || progress.open);
 }

@@ -180,6 +180,20 @@ TEST_F(DocumentPicturesTest, WhatIsNoPictureIsToldByName)
     EXPECT_EQ(errorOf([&] { pictures.describe(path(u"missing.png"_s)); }), RunTimeError::FileNotFound);
     EXPECT_NE(errorOfReading(folder.path()), 0);
 
+    putFile(path(u"huge.ppm"_s), "P6 20000 20000 255\n");
+    putFile(path(u"huge.bmp"_s), QByteArray::fromHex("424d00000000000000003600000028000000204e0000204e0000"
+                                                     "0100180000000000000000000000000000000000000000000000"
+                                                     "0000"));
+    ASSERT_TRUE(QFile::resize(path(u"huge.bmp"_s), 54 + qint64{60000} * 20000)); // holds nothing
+    for (const QString &file : {path(u"huge.ppm"_s), path(u"huge.bmp"_s)}) {
+        try {
+            pictures.describe(file);
+            ADD_FAILURE() << file.toStdString();
+        } catch (const RunTimeError &error) {
+            EXPECT_EQ(error.description(), file + u" is too large for a document: 20000 x 20000 pixels"_s);
+        }
+    }
+
     const QImage picture = colorful({9, 7}, 1 << 24);
     ImageFile::save(picture, path(u"whole.bmp"_s));
     const QByteArray bitmap = contents(path(u"whole.bmp"_s));

@@ -112,6 +112,15 @@ TEST_F(FlatOdtTest, looksBecomeStyles)
     EXPECT_EQ(xpath(u"count(//style:style[@style:display-name='Heading 3']/*)"_s), u"0"_s) << "no look";
 }
 
+TEST_F(FlatOdtTest, sizesAreThoseThatWordHas)
+{
+    for (const int points : {0, -5, 4000})
+        add(u"x"_s, {{}, points});
+    write();
+    for (const auto &[number, size] : {std::pair(1, u"1pt"_s), {2, u"1pt"_s}, {3, u"1638pt"_s}})
+        EXPECT_EQ(styleOf(number, u"fo:font-size"_s), size);
+}
+
 TEST_F(FlatOdtTest, picturesLieInTheTextAndFitIntoIt)
 {
     const QString small = addPicture({100, 50}, u"a \"small\" one"_s);

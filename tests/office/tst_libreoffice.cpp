@@ -3,6 +3,7 @@
 #include "platform/office/LibreOfficeBackend.h"
 #include "support/PdfFile.h"
 
+#include <QFileInfo>
 #include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -124,11 +125,18 @@ TEST_F(LibreOfficeTest, aTemplateOfTheUsersGivesThePage)
 {
     m_content.templatePath = path("Shotly.dot");
     addPicture({1000, 20});
-    // One after the other under the same name, which says nothing of the format.
-    for (const QString &format :
-         {u"dot:MS Word 97 Vorlage"_s, u"dotx:MS Word 2007 XML Template"_s, u"ott:writer8_template"_s}) {
-        const QString header = u"Inc. "_s + format.section(u':', 0, 0);
+    // One after the other under the same name, which says nothing of the format. The second is as long as the
+    // first.
+    int number = 0;
+    qint64 length = 0;
+    for (const QString &format : {u"dot:MS Word 97 Vorlage"_s, u"dot:MS Word 97 Vorlage"_s,
+                                  u"dotx:MS Word 2007 XML Template"_s, u"ott:writer8_template"_s}) {
+        const QString header = u"Inc. %1"_s.arg(++number);
         makeTemplate(header.toUtf8(), format.section(u':', 0, 0), format.section(u':', 1));
+        if (number == 2) {
+            EXPECT_EQ(QFileInfo(m_content.templatePath).size(), length);
+        }
+        length = QFileInfo(m_content.templatePath).size();
         save();
         EXPECT_TRUE(output(u"catdoc"_s, {m_document}).contains(header)) << header.toStdString();
     }
@@ -154,7 +162,9 @@ TEST_F(LibreOfficeTest, damagedTemplatesAreRefused)
             save();
             ADD_FAILURE() << bytes.size();
         } catch (const RunTimeError &error) {
-            EXPECT_TRUE(error.description().contains(u"Shotly.dot\" is not a document template"_s));
+            EXPECT_TRUE(error.description().startsWith(u"Cannot read the document template \""_s +
+                                                       m_content.templatePath + u"\": LibreOffice "_s))
+                << error.what();
         }
     }
     EXPECT_EQ(contents(m_document), "old");

@@ -36,7 +36,10 @@ public:
     {
         m_asked.calls += u"convert "_s + documentPath + u' ' + pdfPath;
     }
-    void open(const QString &path) override { m_asked.calls += u"open "_s + path; }
+    void open(const QString &path, bool rewritten) override
+    {
+        m_asked.calls += (rewritten ? u"show "_s : u"open "_s) + path;
+    }
 
 private:
     Asked &m_asked;
@@ -88,11 +91,15 @@ TEST_F(OfficeApplicationTest, LineEndsBeginParagraphsOfTheSameLook)
     const auto last = document.addParagraph();
     EXPECT_EQ(lines(document), (QStringList{u"first"_s, u"a"_s, u"b"_s, u"c"_s, QString(), QString()}));
     const auto &paragraphs = asked.saved.back().paragraphs;
-    const ParagraphLook look{u"Georgia"_s, 9, 6, true, true, true, 2, 1};
-    for (std::size_t i = 1; i <= 4; ++i)
+    ParagraphLook look{u"Georgia"_s, 9, 6, true, true, true, 2, 1};
+    for (std::size_t i = 1; i <= 3; ++i)
         EXPECT_EQ(paragraphs[i].look, look) << i;
+    look.outlineLevel = WordRange::BodyText; // there are no words to read as a heading
+    EXPECT_EQ(paragraphs[4].look, look);
     EXPECT_EQ(paragraphs[0].look, ParagraphLook());
     EXPECT_EQ(paragraphs[5].look, ParagraphLook());
+    last->insertBefore(u"d\ve\u2028f\u2029g"_s);
+    EXPECT_EQ(lines(document).mid(5), (QStringList{u"d"_s, u"e"_s, u"f"_s, u"g"_s}));
     EXPECT_EQ(asked.saved.back().title, u"Demo"_s);
     EXPECT_EQ(asked.saved.back().templatePath, u"/p/Shotly.dot"_s);
 }
@@ -164,7 +171,7 @@ TEST_F(OfficeApplicationTest, PdfsAreMadeOfTheActiveDocument)
     EXPECT_EQ(word.openDocument(other).fullName(), other);
     word.setActivePrinter(u"Adobe PDF on "_s);
     toPdf();
-    EXPECT_EQ(asked.calls, (QStringList{u"open /p/Demo.doc"_s, u"open "_s + other,
+    EXPECT_EQ(asked.calls, (QStringList{u"show /p/Demo.doc"_s, u"open "_s + other,
                                         u"convert %1 %2"_s.arg(other, folder.filePath(u"other.pdf"_s))}));
     try {
         word.openDocument(u"/none.doc"_s);

@@ -164,7 +164,7 @@ TEST_F(PdfDocumentTest, TextFlowsOverPages)
     add(words.join(u' '));
     add(u"last"_s).pageBreakBefore = true;
     add(u"W"_s.repeated(300)); // no place to break
-    add(u"H"_s, {{}, 900});    // higher than a page
+    add(u"H"_s, {{}, 4000});   // higher than a page
     add(u"behind"_s);
     writeAndCheck();
 

@@ -15,7 +15,7 @@ public:
                  const QString &pdfPath, const DocumentWork &work) override;
     /// Throws RunTimeError: that needs LibreOffice.
     void convertFile(const QString &documentPath, const QString &pdfPath, const DocumentWork &work) override;
-    void open(const QString &path) override { m_programs.openWithDesktop(path); }
+    void open(const QString &path, bool /*rewritten*/) override { m_programs.openWithDesktop(path); }
 
 private:
     ExternalPrograms &m_programs;

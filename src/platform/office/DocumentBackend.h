@@ -24,6 +24,7 @@ public:
     virtual void convertFile(const QString &documentPath, const QString &pdfPath,
                              const DocumentWork &work) = 0;
 
-    /// Shows a document in a window that outlives the program.
-    virtual void open(const QString &path) = 0;
+    /// Shows a document in a window that outlives the program. `rewritten`: a window that has it open already
+    /// shows what the file was before.
+    virtual void open(const QString &path, bool rewritten) = 0;
 };

@@ -25,6 +25,11 @@ unsigned documentColor(int colorIndex)
     return known ? colors[static_cast<std::size_t>(colorIndex)] : 0;
 }
 
+int fontPoints(const ParagraphLook &look)
+{
+    return std::clamp(look.fontSize, 1, 1638);
+}
+
 QSize fittedPictureSize(QSize pixels, const PageFormat &page)
 {
     constexpr int line = 480;

@@ -9,7 +9,7 @@
 /// How all characters of a paragraph look, and how it lies on the page.
 struct ParagraphLook {
     QString fontName;   ///< empty: the document's own
-    int fontSize = 11;  ///< points
+    int fontSize = 11;  ///< points; fontPoints() gives the one that is written
     int colorIndex = 0; ///< 0 to 16, see WordRange; DocumentColors gives the colours
     bool bold = false;
     bool italic = false;
@@ -54,6 +54,9 @@ struct PageFormat {
 
 /// The colour of a colour index as 0xRRGGBB; 0 (automatic) is black, as is whatever is no index.
 unsigned documentColor(int colorIndex);
+
+/// The font's size in points: Word's own range, 1 to 1638; what lies outside is the nearest of it.
+int fontPoints(const ParagraphLook &look);
 
 /// The size in twips that a picture of so many pixels takes: 15 twips a pixel (96 pixels an inch), made
 /// smaller in its proportions where it is wider than the text or would not leave a line of text on a page; at

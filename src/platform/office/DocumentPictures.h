@@ -37,7 +37,8 @@ public:
     void request(const QString &path);
 
     /// Both wait until the picture is encoded, requesting it if nobody has. Throw RunTimeError naming the
-    /// file when it is missing, damaged, no picture, or the temporary file cannot be written.
+    /// file when it is missing, damaged, no picture, of more than a gigabyte of pixels that have to be
+    /// written anew, or the temporary file cannot be written.
     EncodedPicture describe(const QString &path);
     QByteArray bytes(const QString &path);
 

@@ -124,15 +124,10 @@ OdtSkeleton DocumentTemplate::read(const QString &path, const OfficeProgram &off
     cache.prepare();
     // Without the filter a damaged compound file would be read as a text.
     const QString filter = kind == Kind::CompoundFile ? QString::fromLatin1(wordTemplateFilter) : QString();
-    try {
-        office.convert(
-            {u"dot"_s, filter, u"fodt"_s, u"OpenDocument Text Flat XML"_s},
-            [&path](const QString &copy) { AtomicFile::copy(path, copy); }, cache.file(), stop);
-    } catch (const RunTimeError &error) {
-        if (error.number() == RunTimeError::WordFileNotWritten)
-            refuse(path, error.description());
-        throw;
-    }
+    office.convert(
+        {u"dot"_s, filter, u"fodt"_s, u"OpenDocument Text Flat XML"_s,
+         u"Cannot read the document template \"%1\""_s.arg(path)},
+        [&path](const QString &copy) { AtomicFile::copy(path, copy); }, cache.file(), stop);
     if (const auto skeleton = OdtSkeleton::read(contentsOf(cache.file())))
         return *skeleton;
     refuse(path, u"it holds no text document"_s);

@@ -52,7 +52,7 @@ void LibreOfficeBackend::convertFile(const QString &documentPath, const QString 
         [&](const QString &copy) { AtomicFile::copy(documentPath, copy); }, pdfPath, work.stop);
 }
 
-void LibreOfficeBackend::open(const QString &path)
+void LibreOfficeBackend::open(const QString &path, bool rewritten)
 {
-    m_office.show(path);
+    m_office.show(path, rewritten);
 }

@@ -29,7 +29,7 @@ public:
     void savePdf(const DocumentContent &content, DocumentPictures &pictures, const QString &documentPath,
                  const QString &pdfPath, const DocumentWork &work) override;
     void convertFile(const QString &documentPath, const QString &pdfPath, const DocumentWork &work) override;
-    void open(const QString &path) override;
+    void open(const QString &path, bool rewritten) override;
 
 private:
     OdtSkeleton skeletonFor(const DocumentContent &content, const DocumentWork &work) const;

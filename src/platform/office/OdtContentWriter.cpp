@@ -157,7 +157,7 @@ void OdtContentWriter::writeTextProperties(const ParagraphLook &look)
     if (const QString font = cleanText(look.fontName).remove(u'\''); !font.isEmpty())
         writeAttribute(Odt::fo, "font-family", u'\'' + font + u'\'');
     writeAttribute(Odt::fo, "color", u"#%1"_s.arg(documentColor(look.colorIndex), 6, 16, QLatin1Char('0')));
-    const QString size = QString::number(look.fontSize) + u"pt"_s;
+    const QString size = QString::number(fontPoints(look)) + u"pt"_s;
     const char *weight = look.bold ? "bold" : "normal";
     const char *slant = look.italic ? "italic" : "normal";
     writeAttribute(Odt::fo, "font-size", size);

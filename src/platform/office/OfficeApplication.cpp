@@ -11,10 +11,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-/// CR LF, CR and LF end lines.
+/// Every kind of line end counts the same, so that all backends have the same lines.
 QStringList linesOf(QString text)
 {
-    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').split(u'\n');
+    text.replace(u"\r\n"_s, u"\n"_s);
+    for (const QChar end :
+         {QChar(u'\r'), QChar(u'\v'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        text.replace(end, u'\n');
+    return text.split(u'\n');
 }
 
 RunTimeError noSelection()
@@ -163,7 +167,11 @@ private:
                 continue;
             }
             result.paragraphs.push_back(paragraph.content);
-            result.paragraphs.back().pageBreakBefore = std::exchange(pageBreak, false);
+            DocumentParagraph &added = result.paragraphs.back();
+            added.pageBreakBefore = std::exchange(pageBreak, false);
+            // A heading without words would be an empty stop for those who go from heading to heading.
+            if (added.text.trimmed().isEmpty() && !added.picture)
+                added.look.outlineLevel = WordRange::BodyText;
         }
         if (pageBreak)
             result.paragraphs.push_back({{}, {}, {}, true});
@@ -197,7 +205,7 @@ WordDocument &OfficeApplication::openDocument(const QString &path)
     if (!QFileInfo(path).isFile())
         throw RunTimeError(RunTimeError::WordFileMissing, u"There is no file \"%1\"."_s.arg(path));
     if (m_visible)
-        m_backend->open(path);
+        m_backend->open(path, false);
     return m_documents.emplace_back(*this, path);
 }
 
@@ -266,5 +274,5 @@ void OfficeApplication::expectPictures(const QStringList &paths)
 void OfficeApplication::show()
 {
     if (m_visible && !m_firstSaved.isEmpty())
-        m_backend->open(m_firstSaved);
+        m_backend->open(m_firstSaved, true);
 }

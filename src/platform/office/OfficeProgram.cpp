@@ -118,8 +118,8 @@ QString inWords(std::chrono::milliseconds time)
 class Run
 {
 public:
-    Run(const QString &target, std::chrono::milliseconds limit, const std::stop_token &stop)
-        : m_target(target), m_limit(limit), m_stop(stop)
+    Run(const QString &failure, std::chrono::milliseconds limit, const std::stop_token &stop)
+        : m_failure(failure), m_limit(limit), m_stop(stop)
     {
     }
 
@@ -169,8 +169,7 @@ public:
 
     [[noreturn]] void fail(const QString &reason) const
     {
-        throw RunTimeError(RunTimeError::WordFileNotWritten,
-                           u"Cannot write the file \"%1\": %2"_s.arg(m_target, reason));
+        throw RunTimeError(RunTimeError::WordFileNotWritten, m_failure + u": "_s + reason);
     }
 
 private:
@@ -193,23 +192,20 @@ private:
         qint64 m_number;
     };
 
-    QString m_target;
+    QString m_failure; ///< what messages begin with
     std::chrono::milliseconds m_limit;
     std::stop_token m_stop;
 };
 
-/// LibreOffice marks a document that it shows by a file beside it and asks before it opens a marked one. A
-/// mark that a killed LibreOffice of ours has left means nothing.
-void removeOwnMark(const QString &document, const QString &profile)
+/// LibreOffice marks a document that it shows by a file beside it and asks before it opens a marked one. The
+/// path of a mark of ours; empty when there is none.
+QString ownMark(const QString &document, const QString &profile)
 {
     const QFileInfo info(document);
     QFile mark(info.path() + u"/.~lock.%1#"_s.arg(info.fileName()));
-    if (!mark.open(QIODevice::ReadOnly))
-        return;
-    const bool own = mark.readAll().contains(profileUrl(profile).toLatin1());
-    mark.close();
-    if (own)
-        mark.remove();
+    const bool own =
+        mark.open(QIODevice::ReadOnly) && mark.readAll().contains(profileUrl(profile).toLatin1());
+    return own ? mark.fileName() : QString();
 }
 } // namespace
 
@@ -264,7 +260,9 @@ void OfficeProgram::convert(const OfficeConversion &conversion,
     const QString made = work.filePath(u"made/document."_s + conversion.outputSuffix);
     makeInput(input);
 
-    Run run(target, m_limit, stop);
+    const QString failure =
+        conversion.failure.isEmpty() ? u"Cannot write the file \"%1\""_s.arg(target) : conversion.failure;
+    Run run(failure, m_limit, stop);
     FileSystem().createFolder(m_profiles);
     const ProfileLock lock(m_profiles + u"/convert.lock"_s);
     run.waitFor(lock);
@@ -293,7 +291,7 @@ void OfficeProgram::convert(const OfficeConversion &conversion,
     AtomicFile::copy(made, target);
 }
 
-void OfficeProgram::show(const QString &path) const
+void OfficeProgram::show(const QString &path, bool rewritten) const
 {
     const QFileInfo document(path);
     if (!document.isFile())
@@ -306,8 +304,14 @@ void OfficeProgram::show(const QString &path) const
     const QString profile = m_profiles + u"/window"_s;
     makeProfile(profile);
     const ProfileLock lock(m_profiles + u"/window.lock"_s);
-    if (lock.take())
-        removeOwnMark(document.absoluteFilePath(), profile);
+    const QString mark = ownMark(document.absoluteFilePath(), profile);
+    const bool noWindow = lock.take();
+    if (noWindow && !mark.isEmpty())
+        QFile::remove(mark); // a killed LibreOffice has not done it
+    if (!noWindow && !mark.isEmpty() && rewritten)
+        throw RunTimeError(
+            RunTimeError::PathAccess,
+            u"An older \"%1\" is still open in LibreOffice. Close it first."_s.arg(document.fileName()));
     lock.letChildrenInherit();
     process.setArguments({u"-env:UserInstallation="_s + profileUrl(profile), u"--norestore"_s, u"--nologo"_s,
                           u"-o"_s, document.absoluteFilePath()});

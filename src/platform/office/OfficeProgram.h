@@ -12,6 +12,7 @@ struct OfficeConversion {
     QString inputFilter;  ///< empty: LibreOffice finds out what the file is
     QString outputSuffix; ///< without the dot
     QString outputFilter; ///< "MS Word 97"; options may follow after a colon
+    QString failure = {}; ///< what messages begin with; empty: that the target cannot be written
 };
 
 /// LibreOffice, as a program that is started for every conversion and for every window. It gets profiles of
@@ -46,9 +47,12 @@ public:
                  const std::function<void(const QString &path)> &makeInput, const QString &target,
                  const std::stop_token &stop) const;
 
-    /// Opens a file in a window that outlives this process. Throws RunTimeError: WordFileMissing,
-    /// CannotCreateObject when there is no LibreOffice or no display.
-    void show(const QString &path) const;
+    /// Opens a file in a window that outlives this process; one that has it open already comes to the front.
+    /// With `rewritten` such a window would show what the file was before, and is left alone.
+    ///
+    /// Throws RunTimeError: WordFileMissing, CannotCreateObject when there is no LibreOffice or no display,
+    /// PathAccess when there is such a window of a file that was rewritten.
+    void show(const QString &path, bool rewritten) const;
 
 private:
     QString executable() const; // throws CannotCreateObject

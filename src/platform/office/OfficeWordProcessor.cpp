@@ -47,7 +47,7 @@ public:
     {
         installed().convertFile(documentPath, pdfPath, work);
     }
-    void open(const QString &path) override { installed().open(path); }
+    void open(const QString &path, bool rewritten) override { installed().open(path, rewritten); }
 
 private:
     DocumentBackend &installed()

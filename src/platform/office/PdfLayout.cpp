@@ -92,10 +92,15 @@ private:
 QFont Pages::fontOf(const ParagraphLook &look)
 {
     QFont font(look.fontName.isEmpty() ? u"Times New Roman"_s : look.fontName);
-    font.setPointSize(std::max(1, look.fontSize));
     font.setBold(look.bold);
     font.setItalic(look.italic);
     font.setUnderline(look.underline);
+    // Qt knows no height from 16384 units on, which are almost as high as a page.
+    constexpr double highest = 16000;
+    constexpr int sample = 100;
+    font.setPointSize(sample);
+    const double ascentOfPoint = QFontMetricsF(font, &m_writer).ascent() / sample;
+    font.setPointSizeF(std::min<double>(fontPoints(look), highest / ascentOfPoint));
     return {font, &m_writer};
 }
 

@@ -2,8 +2,6 @@
 
 #include "platform/office/LittleEndianBytes.h"
 
-#include <algorithm>
-
 /// Properties of characters, paragraphs and sections one after the other: each is a number (Sprm,
 /// [MS-DOC] 2.6) that also tells how long its value is, and that value.
 class WordProperties
@@ -53,11 +51,11 @@ public:
         m_bytes.put16(property);
         m_bytes.put32(value);
     }
-    /// The font for all scripts; points, of which the format has 1 to 1638.
+    /// The font for all scripts.
     void putFont(int number, int points)
     {
         for (const Word property : {FontSize, ComplexFontSize})
-            put16(property, 2 * std::clamp(points, 1, 1638));
+            put16(property, 2 * points);
         for (const Word property : {Font, EastAsianFont, OtherFont, ComplexFont})
             put16(property, number);
     }

@@ -160,7 +160,7 @@ private:
             properties.put8(WordProperties::Underline, 1);
         if (look.colorIndex >= 1 && look.colorIndex <= 16)
             properties.put8(WordProperties::Color, look.colorIndex);
-        properties.putFont(fontNumber(look.fontName), look.fontSize);
+        properties.putFont(fontNumber(look.fontName), fontPoints(look));
         return properties.bytes();
     }
 
