@@ -328,6 +328,31 @@ with_options("of a megabyte", b"[Options]\r\n" + b"".join(b"Key%d=value\r\n" % i
 with_options("without sections", b"BaseDirectory=/nowhere\r\nBigPicSize=30\r\nShowLessMessage=1\r\n" * 50)
 
 
+@fault("options.ini read-only, and writable again")
+def options_read_only(case):
+    options = case.application_folder / "options.ini"
+    before = options.read_bytes()
+    run("mount", "--bind", options, options)
+    run("mount", "-o", "remount,bind,ro", options)
+    case.start()
+
+    def save():
+        run("xdotool", "key", "ctrl+s")
+        return case.boxes()
+
+    run("xdotool", "windowactivate", "--sync", case.main_window().identifier, "key", "alt+a", "key", "o")
+    wait_for("what becomes of saving", save, interval=0.5)
+    case.message()
+    case.check_quiet()
+    expect(options.read_bytes() == before, "the file was touched")
+    run("umount", options)
+    wait_for("the saving", save, interval=0.5)
+    case.message()
+    case.check_quiet()
+    expect(b"SingleDesktopCapture=Ctrl-F3" in options.read_bytes(), "the options were not saved")
+    return "1 message, the dialog stays; writable again: saved; " + case.plain_run({"Shotly": "Return"})
+
+
 # ---- database
 
 
@@ -591,6 +616,22 @@ def display_switch(case):
     case.quit()
     expect(back(), f"after No: {size()}")
     return "800x600 and back at the end, at a signal, and at the start after a kill"
+
+
+@fault("settings that cannot be written, and a display that should be switched", "large display")
+def display_not_remembered(case):
+    # Another fault may have made the mode.
+    run("xrandr", "--newmode", "800x600", 38.25, 800, 832, 912, 1024, 600, 603, 607, 624, check=False)
+    run("xrandr", "--addmode", "screen", "800x600", check=False)
+    settings = case.folder / "config"
+    case.mount(settings, "1m")
+    case.remount(settings, "ro")
+    case.write_options(ShowLessMessage=1, ChangeResolution=1)
+    case.start()
+    case.messages(1)
+    case.quit()
+    expect("current 1280 x 960" in run("xrandr"), "the display was switched")
+    return "1 message, and the display stays as it is"
 
 
 @fault("no window manager", "no window manager")

@@ -2,6 +2,8 @@
 
 #include <QLockFile>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace
@@ -89,6 +91,22 @@ bool DisplaySwitch::owed() const
     return storedSize().width() > smallWidth;
 }
 
+/// A display that nobody would make large again is better left as it is. Said once.
+bool DisplaySwitch::remember(QSize size)
+{
+    UserSettings &settings = m_services.settings;
+    if (settings.setValue(section(), widthKey(), QString::number(size.width())) &&
+        settings.setValue(section(), heightKey(), QString::number(size.height())))
+        return true;
+    if (!std::exchange(m_toldOfSettings, true))
+        m_services.prompter.tell(
+            Question::DisplayNotRemembered,
+            {u"The display is not switched to 800x600, because it could not be switched back:\r\n"
+             "its size cannot be written down in \"%1\"."_s.arg(settings.path()),
+             m_services.state.AppTitle, Icon::Exclamation});
+    return false;
+}
+
 void DisplaySwitch::settle()
 {
     if (!owed() || !takeLock())
@@ -108,14 +126,19 @@ bool DisplaySwitch::OfferDisplaySwitch()
     const QSize size = m_services.modes.desktopSize();
     if (size.width() <= smallWidth || !m_services.modes.offers({smallWidth, smallHeight}))
         return false;
-    m_services.settings.setValue(section(), widthKey(), QString::number(size.width()));
-    m_services.settings.setValue(section(), heightKey(), QString::number(size.height()));
+    if (!remember(size)) {
+        settled();
+        return false;
+    }
     if (m_services.prompter.ask(Question::ChangeDisplay, Buttons::YesNo, offerText()) != Answer::Yes)
         return false;
+    takeLock();
+    if (!SetDisplayMode(smallWidth, smallHeight)) {
+        settled();
+        return false;
+    }
     state.DisplaySwitched = true;
     state.OriginalScreenWidth = size.width();
-    takeLock();
-    SetDisplayMode(smallWidth, smallHeight);
     if (!state.IsWinXPOrLater)
         return false;
     m_services.settings.setValue(section(), restartKey(), u"1"_s);
@@ -136,6 +159,10 @@ bool DisplaySwitch::SetDisplayMode(int width, int height)
                                         "Restart now?"_s,
                                         u"Screen Resolution Changed"_s, Icon::Information}) == Answer::Yes;
     case DisplayModes::Change::Refused:
+        m_services.prompter.tell(
+            Question::DisplayRefused,
+            {u"The display refuses the size of %1x%2. It stays as it is."_s.arg(width).arg(height),
+             m_services.state.AppTitle, Icon::Exclamation});
         break;
     }
     return false;

@@ -37,10 +37,11 @@ public:
     void settle();
 
     /// The offer. True: the display was switched, and the program must end at once, without asking anybody,
-    /// to be started again by the user. Without a mode of 800 x 600 nothing is offered.
+    /// to be started again by the user. Without a mode of 800 x 600 nothing is offered. A display that
+    /// refuses it, and settings that cannot be written, are told about, and nothing is owed.
     bool OfferDisplaySwitch();
 
-    /// True on success. A display that wants a restart is asked about.
+    /// True on success. A display that wants a restart is asked about, one that refuses is told about.
     bool SetDisplayMode(int width, int height);
 
     /// Makes the display large again where that is owed, with a message unless there shall be few.
@@ -52,9 +53,11 @@ public:
 private:
     bool owed() const;
     QSize storedSize() const;
+    bool remember(QSize size);
     bool takeLock();
     void settled();
 
     Services m_services;
     std::unique_ptr<QLockFile> m_lock;
+    bool m_toldOfSettings = false;
 };

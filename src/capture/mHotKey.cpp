@@ -29,9 +29,8 @@ std::optional<int> virtualKeyOf(const QString &text)
             return code;
         return std::nullopt;
     }
-    bool isNumber = false;
-    const int number = key.mid(1).toInt(&isNumber);
-    if (!key.startsWith(u'F') || !isNumber || number < 1 || number > 16)
+    const int number = key.mid(1).toInt();
+    if (number < 1 || number > 16 || key != u'F' + QString::number(number)) // neither "F01" nor "F+1"
         return std::nullopt;
     return VirtualKey::F1 + number - 1;
 }

@@ -29,6 +29,8 @@ enum class Question {
     RestartForDisplay,
     RestartComputer,
     DisplayChangesBack,
+    DisplayRefused,
+    DisplayNotRemembered,
     // main window
     ProjectNameCharacter,
     HotKeysFailed,

@@ -11,8 +11,10 @@ public:
     explicit UserSettings(const QString &path = {});
 
     QString value(const QString &section, const QString &key, const QString &fallback = {}) const;
-    /// A file that cannot be written stays as it is, silently.
-    void setValue(const QString &section, const QString &key, const QString &value);
+    /// A file that cannot be written stays as it is. False then; most callers can do without the value.
+    bool setValue(const QString &section, const QString &key, const QString &value);
+
+    const QString &path() const { return m_path; }
 
 private:
     QString m_path;

@@ -16,7 +16,7 @@ using OptionRows::Kind;
 namespace
 {
 constexpr int longestText = 255;   // longer values are cut when the file is read
-constexpr int widestCaption = 500; // pixels
+constexpr int widestCaption = 420; // pixels
 constexpr int widestList = 330;
 
 QString shownPart(const QString &entry)
@@ -233,6 +233,10 @@ bool OptionControl::eventFilter(QObject *watched, QEvent *event)
         if (inside)
             QMetaObject::invokeMethod(this, &OptionControl::left,
                                       Qt::QueuedConnection); // a box may open then
+    }
+    if (event->type() == QEvent::Wheel && m_combo && !m_combo->hasFocus()) {
+        event->ignore(); // it scrolls the page, whatever list it passes
+        return true;
     }
     return QObject::eventFilter(watched, event);
 }

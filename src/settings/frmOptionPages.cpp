@@ -86,12 +86,18 @@ QWidget *frmOption::makeButton(const QString &name, const QString &caption, Hand
 void frmOption::addButtons(QBoxLayout *column)
 {
     auto *line = new QHBoxLayout;
-    line->addWidget(makeButton(u"cmdHelp"_s, u"&Help"_s, &frmOption::cmdHelp_Click, this));
+    const auto add = [this, line](const QString &name, const QString &caption, Handler handler) {
+        QWidget *button = makeButton(name, caption, handler, this);
+        // A click leaves the keyboard where it is: no message of a field comes between it and what it is for.
+        button->setFocusPolicy(Qt::TabFocus);
+        line->addWidget(button);
+    };
+    add(u"cmdHelp"_s, u"&Help"_s, &frmOption::cmdHelp_Click);
     line->addStretch();
-    line->addWidget(makeButton(u"cmdReset"_s, u"&Reset to Orignal"_s, &frmOption::cmdReset_Click, this));
+    add(u"cmdReset"_s, u"&Reset to Orignal"_s, &frmOption::cmdReset_Click);
     line->addSpacing(18);
-    line->addWidget(makeButton(u"cmdSave"_s, u"&Save"_s, &frmOption::cmdSave_Click, this));
-    line->addWidget(makeButton(u"cmdCancel"_s, u"&Cancel"_s, &frmOption::cmdCancel_Click, this));
+    add(u"cmdSave"_s, u"&Save"_s, &frmOption::cmdSave_Click);
+    add(u"cmdCancel"_s, u"&Cancel"_s, &frmOption::cmdCancel_Click);
     column->addLayout(line);
 }
 
@@ -112,8 +118,8 @@ void frmOption::fillPage(Page page, QWidget *content)
         auto *frame = new QFrame(content);
         frame->setFrameShape(QFrame::StyledPanel);
         auto *lines = new QVBoxLayout(frame);
-        lines->setContentsMargins(12, 10, 12, 10);
-        lines->setSpacing(8);
+        lines->setContentsMargins(12, 8, 12, 8);
+        lines->setSpacing(6);
         if (!places[i].heading.isEmpty())
             lines->addWidget(makeHeading(places[i].heading, frame));
         const bool fills = page == Page::HtmlStyles || page == Page::WordStyles;
@@ -228,10 +234,11 @@ void frmOption::fillHotKeys(QBoxLayout *lines)
     choice->addStretch();
     lines->addLayout(choice);
     lines->addSpacing(8);
-    lines->addWidget(makeHeading(u"Current Hot Key Setting"_s, parent));
+    auto *heading = new QHBoxLayout;
+    heading->addWidget(makeHeading(u"Current Hot Key Setting"_s, parent), 1);
+    heading->addWidget(makeButton(u"Command1"_s, u"Reset to Default"_s, &frmOption::Command1_Click, parent));
+    lines->addLayout(heading);
     lines->addLayout(grid);
-    lines->addWidget(makeButton(u"Command1"_s, u"Reset to Default"_s, &frmOption::Command1_Click, parent), 0,
-                     Qt::AlignLeft);
 }
 
 void frmOption::fillStyles(Box box, QBoxLayout *lines)

@@ -62,8 +62,7 @@ std::vector<Row> plainRows()
          {u"1.Put Sub Title below the Screen Shot"_s, u"2.Put Sub Title above the Screen Shot"_s}, {1, 1, 1}},
         {Box::Paint, Kind::List, u"cmbPaintSoftware"_s, u"PaintTool"_s, {}, {u"Built-in Paint Tool"_s, u"Microsoft Paint"_s}},
         {Box::Paint, Kind::Text, u"txtPaintProgram"_s, u"PaintProgram"_s, u"External paint program"_s, {}, {}, false,
-         u"The command that is started instead of Microsoft Paint. Leave it blank for the first known paint "
-         "program that is installed."_s},
+         u"Started instead of Microsoft Paint. Blank: the first known one that is installed."_s},
 
         {Box::Keys, Kind::Check, u"chkTabMkPic"_s, u"SnapShotByPressTab"_s, u"Tab"_s, {}},
         {Box::Keys, Kind::Check, u"chkReturnMkPic"_s, u"SnapShotByPressReturn"_s, u"Return"_s, {}},

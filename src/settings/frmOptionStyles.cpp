@@ -26,9 +26,8 @@ int pixelsOfHtmlSize(int size)
 void showSample(QLabel &sample, const QFont &font, const QColor &colour, int alignment)
 {
     sample.setFont(font);
-    QPalette palette = sample.palette();
-    palette.setColor(QPalette::WindowText, colour.isValid() ? colour : Qt::black);
-    sample.setPalette(palette);
+    // A palette would not reach it: the sheet of paper has a style sheet.
+    sample.setStyleSheet(u"color: %1"_s.arg((colour.isValid() ? colour : QColor(Qt::black)).name()));
     sample.setAlignment(alignments[std::clamp(alignment, 0, 2)] | Qt::AlignVCenter);
 }
 } // namespace

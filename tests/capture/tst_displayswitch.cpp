@@ -127,7 +127,13 @@ TEST_F(DisplaySwitchTest, OnOlderSystemsTheRunGoesOnAndItsStopSwitchesBack)
 TEST_F(DisplaySwitchTest, ADisplayThatRefusesOrWantsARestart)
 {
     displayModes.answer = DisplayModes::Change::Refused;
-    EXPECT_FALSE(display.SetDisplayMode(800, 600));
+    prompter.expectAsk(Question::ChangeDisplay, Answer::Yes);
+    prompter.expectTell(Question::DisplayRefused);
+    EXPECT_FALSE(display.OfferDisplaySwitch()) << "nobody must start the program again for nothing";
+    EXPECT_EQ(prompter.asked[1].text, u"The display refuses the size of 800x600. It stays as it is."_s);
+    EXPECT_FALSE(state.DisplaySwitched);
+    EXPECT_EQ(stored(u"resolutionX"_s), u"0"_s) << "nothing is owed";
+    prompter.asked.clear();
     displayModes.answer = DisplayModes::Change::NeedsRestart;
     prompter.expectAsk(Question::RestartComputer, Answer::Yes);
     EXPECT_TRUE(display.SetDisplayMode(800, 600));
@@ -135,4 +141,16 @@ TEST_F(DisplaySwitchTest, ADisplayThatRefusesOrWantsARestart)
               u"You must restart your computer to apply these changes.\r\n\r\nRestart now?"_s);
     prompter.expectAsk(Question::RestartComputer, Answer::No);
     EXPECT_FALSE(display.SetDisplayMode(800, 600));
+}
+
+TEST_F(DisplaySwitchTest, WithoutSettingsItStaysLarge)
+{
+    UserSettings nowhere(u"/proc/shotly/settings.ini"_s);
+    DisplaySwitch careful({state, displayModes, nowhere, prompter, folder.path()});
+    prompter.expectTell(Question::DisplayNotRemembered);
+    EXPECT_FALSE(careful.OfferDisplaySwitch());
+    EXPECT_TRUE(prompter.asked[0].text.contains(u"/proc/shotly/settings.ini"_s));
+    EXPECT_FALSE(careful.OfferDisplaySwitch()) << "it is said once";
+    careful.RestoreDisplay();
+    EXPECT_TRUE(displayModes.changes.empty());
 }

@@ -28,7 +28,7 @@ TEST(HotKeyText, ReadsModifierAndKey)
           Case{u"Ctrl-F16"_s, C{Ctrl, 127}}, Case{u"ctrl-a"_s, C{Ctrl, 65}}, Case{u"Ctrl-9"_s, C{Ctrl, 57}},
           Case{u"Win-F1"_s, {}}, Case{u"Ctrl-F17"_s, {}}, Case{u"Ctrl-F0"_s, {}}, Case{u"Ctrl-"_s, {}},
           Case{u"CtrlF1"_s, {}}, Case{u""_s, {}}, Case{u"Ctrl-Alt-F1"_s, {}}, Case{u"Ctrl-F"_s, C{Ctrl, 70}},
-          Case{u"Ctrl-ä"_s, {}}, Case{u"Ctrl-F1x"_s, {}}}) {
+          Case{u"Ctrl-ä"_s, {}}, Case{u"Ctrl-F1x"_s, {}}, Case{u"Ctrl-F01"_s, {}}, Case{u"Ctrl-F+1"_s, {}}}) {
         EXPECT_EQ(mHotKey::parse(each.text), each.expected) << each.text.toStdString();
     }
 }

@@ -132,7 +132,7 @@ TEST_F(ProfileFileTest, anyFileSurvivesAnyValue)
     const auto below = [&random](qsizetype count) {
         return static_cast<qsizetype>(random() % static_cast<unsigned>(count));
     };
-    for (int round = 0; round < 1000; ++round) {
+    for (int round = 0; round < 300; ++round) {
         QByteArray before;
         for (qsizetype parts = below(40); parts > 0; --parts)
             before += fileParts[below(fileParts.size())];

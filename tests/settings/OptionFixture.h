@@ -14,9 +14,9 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScrollArea>
 #include <QTabWidget>
 #include <QTest>
+#include <QWheelEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -75,7 +75,10 @@ protected:
         for (const QString &each : names.split(u' ')) {
             auto *button = onItsPage<QAbstractButton>(each);
             EXPECT_TRUE(button->isEnabled()) << each.toStdString();
-            QTest::mouseClick(button, Qt::LeftButton, {}, {9, button->height() / 2});
+            const QPoint place(9, button->height() / 2);
+            QTest::mousePress(button, Qt::LeftButton, {}, place);
+            QApplication::processEvents(); // a field that is left may have something to say
+            QTest::mouseRelease(button, Qt::LeftButton, {}, place);
         }
     }
     void type(const QString &name, const QString &text) const
@@ -105,6 +108,13 @@ protected:
     }
     bool checked(const QString &name) const { return control<QAbstractButton>(name)->isChecked(); }
     QString listText(const QString &name) const { return control<QComboBox>(name)->currentText(); }
+    static bool shows(QLabel &label, QRgb colour)
+    {
+        const QImage picture = label.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const auto bytes = [](const auto *data) { return reinterpret_cast<const char *>(data); };
+        return QByteArray::fromRawData(bytes(picture.constBits()), picture.sizeInBytes())
+            .contains(QByteArray(bytes(&colour), sizeof colour));
+    }
     QString label(const QString &name) const { return control<QLabel>(name)->text(); }
     /// What the user does, and the message that it brings.
     template <typename Action>

@@ -114,7 +114,12 @@ TEST_F(OptionTest, ListsTakeTheirEntriesAlone)
         told(Question::OptionBlank, blank, [&] { type(list, {}); });
         EXPECT_EQ(listText(list), control<QComboBox>(list)->itemText(0));
     }
-    type(u"cmbFontSize_0"_s, u"7"_s); // an entry may be typed
+    auto *passed = control<QComboBox>(u"cmbFont_3"_s);
+    QWheelEvent wheel({5, 5}, passed->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {}, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(passed, &wheel);
+    EXPECT_EQ(passed->currentIndex(), 1); // the page scrolls
+    type(u"cmbFontSize_0"_s, u"7"_s);     // an entry may be typed
     EXPECT_EQ(control<QComboBox>(u"cmbFontSize_0"_s)->currentIndex(), 6);
     save();
     EXPECT_EQ(kept().HtmlStyles[1].Color, u"Navy"_s); // somebody's own is kept
@@ -157,7 +162,7 @@ TEST_F(OptionTest, SaveMakesTheSnapshotFolderOrTakesTheDesktop)
         if (typed != fresh)
             user.expectTell(Question::SnapshotLocationRefused);
         user.expectTell(Question::HotKeysAfterRestart);
-        QTest::keyClick(control<QWidget>(u"cmbSpicFpath"_s), Qt::Key_S, Qt::ControlModifier);
+        press(u"cmdSave"_s);
         EXPECT_TRUE(closed());
         EXPECT_EQ(kept().SingleScreenShotFileLocation, typed == fresh ? fresh : u"Desktop"_s);
     }
@@ -217,6 +222,8 @@ TEST_F(OptionTest, TheStopButtonHidesForTheSystemMouse)
                                   "To stop recording, you can bring up Shotly, then click button 2."_s);
     EXPECT_EQ(kept().OptionFlags[HideStopButtonDuringCapture], 1);
 
+    open();
+    save(); // it hides already: nothing to say, and nothing to ask
     options.UseSystemMouseShape = false;
     for (const Answer answer : {Answer::No, Answer::Yes}) { // closing the box is No
         open();
@@ -232,7 +239,9 @@ TEST_F(OptionTest, TheStopButtonHidesForTheSystemMouse)
 TEST_F(OptionTest, CancelAndResetAsTheySay)
 {
     open();
-    press(u"optMIcolor_2 chkTabMkPic cmdCancel"_s);
+    press(u"optMIcolor_2 chkTabMkPic"_s);
+    type(u"cmbSpicFpath"_s, u"/gone"_s);
+    press(u"cmdCancel"_s);
     EXPECT_TRUE(closed());
     EXPECT_EQ(options.OptionFlags[MouseInsideColor], 2); // a click that counts at once
     EXPECT_EQ(options.SnapShotByPressTab, 0);
@@ -318,6 +327,7 @@ TEST_F(OptionTest, HotKeysAreEditedAndClashesMarked)
 
 TEST_F(OptionTest, TheSheetsShowTheStyles)
 {
+    qApp->setStyleSheet(u"#other { color: red }"_s); // the program has one
     options.WordStyles[0].FontSize = 12;
     open();
     select(u"cmbFont_0"_s, 2);
@@ -325,19 +335,19 @@ TEST_F(OptionTest, TheSheetsShowTheStyles)
     select(u"cmbFontStyle_0"_s, 1);
     select(u"cmbColor_0"_s, 3);
     select(u"cmbAlign_0"_s, 2);
-    const auto *html = control<QLabel>(u"lblHtmlPreview_0"_s);
+    auto *html = control<QLabel>(u"lblHtmlPreview_0"_s);
     EXPECT_EQ(html->font().families(), (QStringList{u"Courier New"_s, u"Courier"_s, u"mono"_s}));
     EXPECT_EQ(html->font().pixelSize(), 48);
     EXPECT_TRUE(html->font().italic() && !html->font().bold());
-    EXPECT_EQ(html->palette().color(QPalette::WindowText), QColor(u"#ffd700"_s));
+    EXPECT_TRUE(shows(*html, qRgb(0xff, 0xd7, 0x00)));
     EXPECT_TRUE(html->alignment() & Qt::AlignRight);
 
     press(u"chkWuline_0"_s);
     select(u"cmbwColor_0"_s, 10);
-    const auto *document = control<QLabel>(u"lblWordPreview_0"_s);
+    auto *document = control<QLabel>(u"lblWordPreview_0"_s);
     EXPECT_EQ(document->font().pixelSize(), 16);
     EXPECT_TRUE(document->font().underline() && document->font().bold());
-    EXPECT_EQ(document->palette().color(QPalette::WindowText), QColor(u"#008080"_s));
+    EXPECT_TRUE(shows(*document, qRgb(0x00, 0x80, 0x80)));
     user.expectFile(Question::WordStyleFont, std::nullopt);
     press(u"cmdWfont_0"_s);
     EXPECT_EQ(label(u"LwfontName_0"_s), u"Times New Roman"_s);
@@ -346,6 +356,7 @@ TEST_F(OptionTest, TheSheetsShowTheStyles)
     press(u"cmdWfont_0"_s);
     EXPECT_EQ(document->font().pixelSize(), 96);
     EXPECT_TRUE(checked(u"chkWitalic_0"_s) && checked(u"chkWBold_0"_s));
+    qApp->setStyleSheet({});
 }
 
 TEST_F(OptionTest, HelpAndTestsAreOffered)
@@ -366,12 +377,8 @@ TEST_F(OptionTest, HelpAndTestsAreOffered)
     EXPECT_EQ(programs.painted, QStringList(u"gimp "_s));
 }
 
-TEST_F(OptionTest, EveryPageFitsAndOpensOnAnyFile)
+TEST_F(OptionTest, OpensOnAnyFile)
 {
-    open();
-    const auto *tabs = control<QTabWidget>(u"TabStrip1"_s);
-    for (const QScrollArea *page : tabs->findChildren<QScrollArea *>())
-        EXPECT_EQ(page->widget()->minimumSizeHint().expandedTo({1240, 540}), QSize(1240, 540));
     OptionsStore::SaveOptions(state.OptionsFilePath, options);
     const QByteArray whole = file();
     std::mt19937 random(20260321);

@@ -23,7 +23,10 @@ QString UserSettings::value(const QString &section, const QString &key, const QS
     return QSettings(m_path, QSettings::IniFormat).value(storedName(section, key), fallback).toString();
 }
 
-void UserSettings::setValue(const QString &section, const QString &key, const QString &value)
+bool UserSettings::setValue(const QString &section, const QString &key, const QString &value)
 {
-    QSettings(m_path, QSettings::IniFormat).setValue(storedName(section, key), value);
+    QSettings settings(m_path, QSettings::IniFormat);
+    settings.setValue(storedName(section, key), value);
+    settings.sync();
+    return settings.status() == QSettings::NoError;
 }

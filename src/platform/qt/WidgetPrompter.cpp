@@ -6,14 +6,11 @@
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QRegularExpression>
-
-#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -84,23 +81,13 @@ QString firstSuffix(const QString &nameFilter)
     return first.match(nameFilter).captured(1).toLower();
 }
 
-/// The kind that the user chooses is the kind of the file: a typed name gets its suffix, and a name that has
-/// the suffix of another kind changes it.
+/// A name that is typed without a suffix gets that of the kind that is chosen; one that has the suffix of
+/// another kind is changed by the dialog itself.
 void followKind(QFileDialog &dialog)
 {
-    dialog.setDefaultSuffix(firstSuffix(dialog.selectedNameFilter()));
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString &nameFilter) {
-        const QString suffix = firstSuffix(nameFilter);
-        dialog.setDefaultSuffix(suffix);
-        const QStringList names = dialog.selectedFiles();
-        const QFileInfo file(names.value(0));
-        const QStringList kinds = dialog.nameFilters();
-        const bool known = std::any_of(kinds.begin(), kinds.end(), [&](const QString &kind) {
-            return firstSuffix(kind).compare(file.suffix(), Qt::CaseInsensitive) == 0;
-        });
-        if (!suffix.isEmpty() && known && !file.suffix().isEmpty())
-            dialog.selectFile(file.completeBaseName() + u'.' + suffix);
-    });
+    const auto follow = [&dialog](const QString &kind) { dialog.setDefaultSuffix(firstSuffix(kind)); };
+    follow(dialog.selectedNameFilter());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
 }
 
 std::optional<QString> chooseFile(const FilePrompt &prompt, QFileDialog::AcceptMode mode)
