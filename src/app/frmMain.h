@@ -6,6 +6,7 @@
 #include "state/Workspace.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -20,6 +21,7 @@ class TabHost;
 class TrayIcon;
 class WidgetProgress;
 class frmPaint;
+class PaintTab;
 class frmRegion;
 
 /// The program's one top-level window: menus, toolbars, project box, the tabs of the child windows, tray
@@ -80,6 +82,7 @@ public:
     void removeProjectName(const QString &name) override;
     void openViewer(ViewerSelection select) override;
     void openPaintEditor(const QString &path) override;
+    void openPaintTab() override;
     void openContentsPage() override;
     void openPageEditor(const QString &caption) override;
     void openPageList(const QString &caption) override;
@@ -109,6 +112,7 @@ private:
     void updateCommands();
 
     void openCommandLinePicture();
+    frmPaint &paintEditor();
     void openWithDesktop(const QString &path);
     void cmdIntoTray_Click();
     void stopBar_Stop();
@@ -132,6 +136,7 @@ private:
     std::unique_ptr<Cores> m_cores;
     std::unique_ptr<CommandSet> m_commands;
     std::unique_ptr<frmPaint> m_paint; ///< made when it is first asked for
+    QPointer<PaintTab> m_paintTab;     ///< while it is shown as a tab
     std::unique_ptr<TrayIcon> m_tray;
     std::unique_ptr<frmRegion> m_region; ///< while a region is being drawn
     QString m_currentUser;

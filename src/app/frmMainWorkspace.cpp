@@ -4,6 +4,7 @@
 #include "annotate/ImageFolder.h"
 #include "app/CommandSet.h"
 #include "app/frmMain.h"
+#include "app/PaintTab.h"
 #include "app/ProjectBox.h"
 #include "app/RunView.h"
 #include "app/TabHost.h"
@@ -22,6 +23,7 @@
 #include <QStatusBar>
 
 #include <cstdlib>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -98,11 +100,32 @@ void frmMain::openCommandLinePicture()
     openViewer(ViewerSelection::CurrentImage);
 }
 
-void frmMain::openPaintEditor(const QString &path)
+frmPaint &frmMain::paintEditor()
 {
     if (!m_paint)
         m_paint = std::make_unique<frmPaint>(frmPaint::Services{m_state, m_prompter, *this});
-    m_paint->showPic(path);
+    return *m_paint;
+}
+
+/// Where it is shown already, or as a window.
+void frmMain::openPaintEditor(const QString &path)
+{
+    if (m_paintTab)
+        turnTab(m_paintTab->property("formID").toInt());
+    paintEditor().showPic(path);
+}
+
+void frmMain::openPaintTab()
+{
+    if (m_paintTab)
+        return turnTab(m_paintTab->property("formID").toInt());
+    m_paintTab = new PaintTab(paintEditor());
+    addTab(m_paintTab, u"Screen Shots"_s);
+    connect(m_paintTab, &PaintTab::editorClosed, this, [this] {
+        const PaintTab *closed = std::exchange(m_paintTab, nullptr); // it lives on for a moment
+        if (closed)
+            deleteTab(closed->property("formID").toInt());
+    });
 }
 
 /// Without a browser of our own the desktop's program shows the page.
@@ -263,7 +286,7 @@ void frmMain::closeEvent(QCloseEvent *event)
     // The window manager's own button sends no click: all that has happened by now counts.
     runGuarded(*m_failures, [this] { m_cores->run.stop(0); });
     runGuarded(*m_failures, [this] { mnuSaveWorkingSpace_Click(); });
-    if ((m_paint && !m_paint->close()) || !m_tabs->closeAll()) {
+    if ((m_paint && !m_paintTab && !m_paint->close()) || !m_tabs->closeAll()) {
         event->ignore();
         return;
     }

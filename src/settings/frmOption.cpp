@@ -253,7 +253,7 @@ void frmOption::cmdPaintTest_Click()
     const int tool = control(u"cmbPaintSoftware"_s).index();
     try {
         if (tool == 0)
-            m_services.workspace.openPaintEditor({});
+            m_services.workspace.openPaintTab();
         else if (tool == 1)
             m_services.programs.paint(control(u"txtPaintProgram"_s).text().trimmed(), {});
     } catch (const RunTimeError &error) {

@@ -31,6 +31,8 @@ public:
 
     /// Shows a picture file in the paint editor; an empty path shows the editor as it is.
     virtual void openPaintEditor(const QString &path) = 0;
+    /// Shows the paint editor as it is, as a tab "Screen Shots".
+    virtual void openPaintTab() = 0;
 
     /// Shows Module1::ContentsPagePath in the browser, as a tab "Contents".
     virtual void openContentsPage() = 0;

@@ -2,6 +2,7 @@
 #include "app/frmMain.h"
 #include "app/TabHost.h"
 #include "capture/DisplaySwitch.h"
+#include "paint/frmPaint.h"
 #include "platform/ImageFile.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "support/FakeClock.h"
@@ -295,6 +296,38 @@ TEST_F(MainWindowTest, TheAboutBoxNamesTheBuildAndStartsTheSystemInformation)
         EXPECT_FALSE(box->isVisible());
     });
     control<QAction>(u"mnuHelpAbout"_s)->trigger();
+}
+
+TEST_F(MainWindowTest, ThePaintEditorIsAWindowOrATab)
+{
+    const auto *tabs = control<QTabBar>(u"tab1"_s);
+    const auto isTab = [this, tabs] { return tabs->count() == 1 && window->findChild<frmPaint *>(); };
+    window->openPaintTab();
+    EXPECT_TRUE(isTab());
+    EXPECT_EQ(tabs->tabText(0), u"Screen Shots"_s);
+    control<QAction>(u"mnuPaintEditor"_s)->trigger();
+    EXPECT_TRUE(isTab()) << "it stays where it is";
+    QTest::mouseClick(control<QWidget>(u"picPaint"_s), Qt::LeftButton);
+    user.expectAsk(Question::PaintSaveChanges, Answer::Cancel);
+    press(u"cmdCloseTab"_s);
+    EXPECT_TRUE(isTab());
+    user.expectAsk(Question::PaintSaveChanges, Answer::No);
+    press(u"cmdCloseTab"_s);
+    EXPECT_EQ(tabs->count(), 0);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    control<QAction>(u"mnuPaintEditor"_s)->trigger();
+    frmPaint *editor = nullptr;
+    for (QWidget *widget : QApplication::topLevelWidgets())
+        editor = editor ? editor : qobject_cast<frmPaint *>(widget);
+    ASSERT_TRUE(editor && editor->isVisible()) << "the same, as a window again";
+    window->openPaintTab();
+    EXPECT_TRUE(isTab());
+    control<QAction>(u"mnuExit"_s)->trigger();
+    EXPECT_EQ(tabs->count(), 0) << "its own Exit closes the tab";
+    window->openPaintTab();
+    EXPECT_TRUE(isTab() && editor->isVisible());
+    window.reset();
 }
 
 TEST_F(MainWindowTest, APictureNamedAtTheStartIsShown)

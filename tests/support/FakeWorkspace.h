@@ -25,6 +25,7 @@ public:
                      : select == ViewerSelection::CurrentImage ? QStringLiteral("viewer current")
                                                                : QStringLiteral("viewer"));
     }
+    void openPaintTab() override { calls.append(QStringLiteral("paint tab")); }
     void openPaintEditor(const QString &path) override { calls.append(QStringLiteral("paint ") + path); }
     void openContentsPage() override { calls.append(QStringLiteral("contents")); }
     void openPageEditor(const QString &caption) override
