@@ -12,7 +12,7 @@ constexpr int twips = Rounding::twipsPerPixel;
 constexpr QSize aroundChild(180, 1740);     // what the main window has beside a child window, twips
 constexpr QSize smallestChild(10700, 6100); // twips
 constexpr int defaultCorner = 1000;         // twips
-constexpr int reachable = 64;               // pixels of the window that must be on the desktop
+constexpr QSize frame(8, 40);               // pixels that a window manager puts around a window, about
 const QString section = u"Settings"_s;
 
 int number(const UserSettings &settings, const QString &key, int fallback)
@@ -45,11 +45,12 @@ QRect load(const UserSettings &settings, QSize childTwips, const QRect &availabl
     place.setSize(place.size().expandedTo(smallestMainWindow()));
     if (available.isEmpty())
         return place;
-    // Not larger than the desktop, and the caption within reach.
-    place.setSize(place.size().boundedTo(available.size()).expandedTo(smallestMainWindow()));
-    const int left = std::clamp(place.x(), available.x() - place.width() + reachable,
-                                available.x() + available.width() - reachable);
-    const int top = std::clamp(place.y(), available.y(), available.y() + available.height() - reachable);
+    // Not larger than the desktop, and wholly on it, with its frame: the display may have become smaller.
+    const QSize usable = available.size() - frame;
+    place.setSize(place.size().boundedTo(usable).expandedTo(smallestMainWindow()));
+    const QSize room = usable - place.size();
+    const int left = std::clamp(place.x(), available.x(), available.x() + std::max(room.width(), 0));
+    const int top = std::clamp(place.y(), available.y(), available.y() + std::max(room.height(), 0));
     place.moveTo(left, top);
     return place;
 }

@@ -16,7 +16,7 @@ QSize smallestMainWindow();
 QSize childSize(QSize mainWindow);
 
 /// The place kept, in pixels; where a value is missing 1000 twips from the left and top and the present
-/// child size. Brought back onto `available` (the usable desktop, pixels) when it lies outside.
+/// child size. Brought back onto `available` (the usable desktop, pixels) when it reaches out of it.
 QRect load(const UserSettings &settings, QSize childTwips, const QRect &available);
 
 void save(UserSettings &settings, const QRect &place);

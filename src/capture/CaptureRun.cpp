@@ -277,8 +277,7 @@ void CaptureRun::stop(std::uint32_t upTo)
     state.CaptureRunning = false;
     releaseHook();
     state.TrayAllowed = true;
-    if (state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0)
-        m_services.view.hideStopBar();
+    m_services.view.hideStopBar(); // also when the option has been changed meanwhile
     if (!state.IsWinXPOrLater && state.DisplaySwitched)
         m_services.display.RestoreDisplay();
     finish();

@@ -38,10 +38,12 @@ TEST_F(WindowStoreTest, AWindowThatLayOnAScreenThatHasGoneIsBroughtBack)
 {
     WindowPlace::save(settings, {5000, -900, 2500, 800});
     const QRect place = WindowPlace::load(settings, {15000, 9000}, desktop);
-    EXPECT_TRUE(desktop.intersects(place));
-    EXPECT_EQ(place.y(), 0);
-    EXPECT_EQ(place.width(), 1920);
-    EXPECT_LE(place.x(), 1920 - 64);
+    EXPECT_EQ(place, QRect(0, 0, 1920 - 8, 800)) << "with room for its frame";
+    const QRect small(0, 0, 800, 600); // also where the display has become small
+    WindowPlace::save(settings, {66, 66, 1000, 700});
+    EXPECT_EQ(WindowPlace::load(settings, {15000, 9000}, small), QRect(0, 0, 792, 560));
+    WindowPlace::save(settings, {66, 66, 726, 523});
+    EXPECT_EQ(WindowPlace::load(settings, {15000, 9000}, small), QRect(66, 37, 726, 523));
 }
 
 TEST_F(WindowStoreTest, OnlyBrowserWindowsAreReopened)

@@ -222,8 +222,16 @@ TEST_F(CaptureRunTest, WithoutAStopBarNoneIsShown)
     begin();
     click({150, 420});
     run.stop(0);
-    EXPECT_EQ(view.calls, QStringList{u"tray"_s});
+    EXPECT_EQ(view.calls, (QStringList{u"tray"_s, u"hide"_s}));
     EXPECT_EQ(pageNumbers(), u"1"_s);
+
+    // Shown when the run began, so it goes, whatever the option has become.
+    state.AppOptions.OptionFlags[HideStopButtonDuringCapture] = 0;
+    newProject(u"shown"_s);
+    begin();
+    state.AppOptions.OptionFlags[HideStopButtonDuringCapture] = 1;
+    run.stop(0);
+    EXPECT_EQ(view.calls.last(), u"hide"_s);
 }
 
 TEST_F(CaptureRunTest, AFailedSnapshotIsToldAndTheRunGoesOn)
