@@ -40,9 +40,8 @@ void CommandSet::buildMenus()
         action->setMenuRole(QAction::NoRole);
         if (*row.shortcut != '\0')
             action->setShortcut(QKeySequence(text(row.shortcut)));
-        if (row.handler)
-            QObject::connect(action, &QAction::triggered, &m_window,
-                             [this, handler = row.handler] { m_run(handler); });
+        QObject::connect(action, &QAction::triggered, &m_window,
+                         [this, handler = row.handler] { m_run(handler); });
         menu->addAction(action);
         m_actions.insert(text(row.name), action);
     }

@@ -14,8 +14,8 @@ struct Command {
     const char *caption; ///< with "&" before the access key
     const char *icon;    ///< file of the icon resources; empty for none
     const char *shortcut;
-    int hotKey;                 ///< identifier of the system-wide hot key that runs it, 0 for none
-    void (frmMain::*handler)(); ///< null where the rule never enables it
+    int hotKey; ///< identifier of the system-wide hot key that runs it, 0 for none
+    void (frmMain::*handler)();
     bool (*enabled)(const MainState &);
     bool separatorBefore;
 };

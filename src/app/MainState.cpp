@@ -21,9 +21,4 @@ bool whenNoShotArmed(const MainState &state)
 {
     return !state.shotArmed;
 }
-
-bool notInThisVersion(const MainState &)
-{
-    return false;
-}
 } // namespace CommandRules

@@ -15,6 +15,4 @@ bool whileRunning(const MainState &state);
 bool whileIdle(const MainState &state);
 /// No second single snapshot while one is on its way.
 bool whenNoShotArmed(const MainState &state);
-/// The screen that the command opens is not part of this version.
-bool notInThisVersion(const MainState &state);
 } // namespace CommandRules
