@@ -21,7 +21,7 @@ CORE_LEVEL = {
     "documents": 4,
     "annotate": 4,
 }
-REAL_PARTS = {"x11", "sqlite", "office", "qt", "linux"}
+REAL_PARTS = {"x11", "sqlite", "office", "qt", "linux", "webengine"}
 MAIN = "src/app/Main.cpp"
 PROMPTER = "src/platform/qt/WidgetPrompter.cpp"
 LONGEST = {".cpp": 400, ".h": 200}
@@ -137,7 +137,7 @@ def widget_finding(path, included):
     """Why the file at `path` (below src/) may not include <QSomething>, or None."""
     if included.startswith("QtWidgets"):
         return "is not the short form of a widget's header"
-    allowed = path.startswith(("src/app/", "src/platform/qt/")) or is_form(path.split("/")[-1])
+    allowed = path.startswith(("src/app/", "src/platform/qt/", "src/platform/webengine/")) or is_form(path.split("/")[-1])
     if included in WIDGET_CLASSES and not allowed:
         return "is a widget, in a core"
     return None

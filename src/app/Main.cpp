@@ -5,6 +5,7 @@
 #include "capture/DisplaySwitch.h"
 #include "pagestore/frmBaseDir.h"
 #include "platform/ApplicationFolder.h"
+#include "platform/qt/WidgetBrowsers.h"
 #include "platform/qt/WidgetPrompter.h"
 #include "platform/qt/WidgetSpelling.h"
 #include "platform/RealPlatform.h"
@@ -15,7 +16,9 @@ using namespace Qt::Literals::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    WidgetBrowsers::prepare();
     QApplication application(argc, argv);
+    WidgetBrowsers::prepared();
     QApplication::setApplicationName(u"shotly"_s);
     QApplication::setApplicationVersion(QStringLiteral(SHOTLY_VERSION));
     // Message boxes come and go while the main window is in the tray: only the main window ends the program.
@@ -42,6 +45,8 @@ int main(int argc, char **argv)
     state.CommandLinePath = QApplication::arguments().value(1);
 
     FailureBox failures(prompter);
+    platform.browsers =
+        std::make_unique<WidgetBrowsers>(WidgetBrowsers::installedModule(QApplication::applicationDirPath()));
     platform.spelling = std::make_unique<WidgetSpelling>(failures);
     frmMain mainWindow(state, platform, prompter, settings, display);
     mainWindow.show();

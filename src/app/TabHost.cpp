@@ -128,6 +128,11 @@ int TabHost::count() const
     return tab1->count();
 }
 
+QWidget *TabHost::current() const
+{
+    return tab1->count() > 0 ? childAt(tab1->currentIndex()) : nullptr;
+}
+
 QStringList TabHost::captions() const
 {
     QStringList list;
@@ -157,6 +162,6 @@ void TabHost::showCurrent()
     const bool open = tab1->count() > 0;
     cmdCloseTab->setVisible(open);
     cmdCloseWebSearch->setVisible(open);
-    QWidget *child = open ? childAt(tab1->currentIndex()) : nullptr;
+    QWidget *child = current();
     m_pages->setCurrentWidget(child ? child : m_emptyPage);
 }

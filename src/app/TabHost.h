@@ -30,6 +30,7 @@ public:
     bool closeAll();
 
     int count() const;
+    QWidget *current() const;     ///< the child that is seen; null when no tab is open
     QStringList captions() const; ///< of the child windows themselves, first tab first
 
     QTabBar *tab1;

@@ -11,6 +11,7 @@
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
 #include "capture/frmRegion.h"
+#include "documents/frmHelp.h"
 #include "documents/PdfConversion.h"
 #include "documents/WordFiles.h"
 #include "pagestore/frmBackupDatabase.h"
@@ -27,6 +28,7 @@
 #include <QMenuBar>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QToolBar>
@@ -348,7 +350,10 @@ void frmMain::mnuDeleteProject_Click()
 
 void frmMain::mnuBackupDatabase_Click()
 {
-    frmBackupDatabase({m_state, *m_platform.database, m_prompter}, this).exec();
+    frmBackupDatabase dialog({m_state, *m_platform.database, m_prompter}, this);
+    connect(new QShortcut(Qt::Key_F1, &dialog), &QShortcut::activated, this,
+            guarded(*m_failures, [this] { openHelp(u"backupDB.htm"_s); }));
+    dialog.exec();
 }
 
 // ---- documents, help
@@ -367,24 +372,6 @@ void frmMain::mnuWordtoPDF_Click()
 void frmMain::mnuViewWord_Click()
 {
     WordFiles::openDocumentOfProject(m_cores->documentServices);
-}
-
-void frmMain::mnuIndexPage_Click()
-{
-    FilePrompt prompt;
-    prompt.title = u"Open"_s;
-    prompt.directory = FileSystem::join(m_state.AppOptions.BaseDirectory, projectText().trimmed());
-    prompt.filter = u"HTML Files (*.htm)|*.htm;*.html"_s;
-    if (const std::optional<QString> path = m_prompter.openFile(Question::OpenFailed, prompt)) {
-        m_state.ContentsPagePath = *path;
-        m_state.ShowContentsRequested = true;
-        openContentsPage();
-    }
-}
-
-void frmMain::mnuHelpContents_Click()
-{
-    openHelp(u"features.htm"_s);
 }
 
 void frmMain::mnuHelpAbout_Click()

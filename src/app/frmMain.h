@@ -20,6 +20,8 @@ class RunView;
 class TabHost;
 class TrayIcon;
 class WidgetProgress;
+class frmBrowser;
+class frmHelp;
 class frmPaint;
 class PaintTab;
 class frmRegion;
@@ -96,10 +98,14 @@ public:
     void showStatus(const QString &text) override;
 
 protected:
+    bool event(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    /// The property of a child window that names its topic of the help.
+    static constexpr const char *helpTopic = "helpTopic";
+
     void buildControls();
     void connectControls();
     void MDIForm_Load();
@@ -114,6 +120,7 @@ private:
     void openCommandLinePicture();
     frmPaint &paintEditor();
     void openWithDesktop(const QString &path);
+    frmBrowser *makeBrowser(const QString &startingAddress);
     void cmdIntoTray_Click();
     void stopBar_Stop();
     void Timer1_Timer();
@@ -137,6 +144,8 @@ private:
     std::unique_ptr<CommandSet> m_commands;
     std::unique_ptr<frmPaint> m_paint; ///< made when it is first asked for
     QPointer<PaintTab> m_paintTab;     ///< while it is shown as a tab
+    std::unique_ptr<frmHelp> m_help;   ///< made when it is first asked for
+    QPointer<frmBrowser> m_contents;   ///< the tab "Contents", while it is open
     std::unique_ptr<TrayIcon> m_tray;
     std::unique_ptr<frmRegion> m_region; ///< while a region is being drawn
     QString m_currentUser;

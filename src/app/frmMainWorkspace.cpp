@@ -120,6 +120,7 @@ void frmMain::openPaintTab()
     if (m_paintTab)
         return turnTab(m_paintTab->property("formID").toInt());
     m_paintTab = new PaintTab(paintEditor());
+    m_paintTab->setProperty(helpTopic, u"paint.htm"_s);
     addTab(m_paintTab, u"Screen Shots"_s);
     connect(m_paintTab, &PaintTab::editorClosed, this, [this] {
         const PaintTab *closed = std::exchange(m_paintTab, nullptr); // it lives on for a moment
@@ -128,21 +129,13 @@ void frmMain::openPaintTab()
     });
 }
 
-/// Without a browser of our own the desktop's program shows the page.
-void frmMain::openContentsPage()
-{
-    if (m_state.ContentsPagePath.isEmpty())
-        return;
-    m_state.ShowContentsRequested = false;
-    openWithDesktop(m_state.ContentsPagePath);
-}
-
 void frmMain::openPageEditor(const QString &caption)
 {
     try {
-        addTab(new frmPageData1({m_state, m_cores->database, m_prompter, *this, *m_platform.programs,
-                                 *m_platform.spelling, *m_platform.clock, *m_platform.wordProcessor}),
-               caption);
+        auto *editor = new frmPageData1({m_state, m_cores->database, m_prompter, *this, *m_platform.programs,
+                                         *m_platform.spelling, *m_platform.clock, *m_platform.wordProcessor});
+        editor->setProperty(helpTopic, u"data1.htm"_s);
+        addTab(editor, caption);
     } catch (const RunTimeError &) {
         m_state.EditorAddPage = false; // an order for this editor, not for the next one
         throw;
@@ -151,7 +144,9 @@ void frmMain::openPageEditor(const QString &caption)
 
 void frmMain::openPageList(const QString &caption)
 {
-    addTab(new frmPageList({m_state, m_cores->database, m_prompter, *this}), caption);
+    auto *list = new frmPageList({m_state, m_cores->database, m_prompter, *this});
+    list->setProperty(helpTopic, u"pageList.htm"_s);
+    addTab(list, caption);
 }
 
 /// One is enough: two would write over each other's changes.
@@ -163,20 +158,6 @@ void frmMain::mnuOption_Click()
         addTab(new frmOption({m_state, m_prompter, *this, *m_platform.programs, *m_platform.wordProcessor,
                               m_cores->hotKeys}),
                u"Options"_s);
-}
-
-void frmMain::openHelp(const QString &topic)
-{
-    openWithDesktop(FileSystem::join(m_state.HelpFilePath, topic));
-}
-
-void frmMain::openWithDesktop(const QString &path)
-{
-    try {
-        m_platform.programs->openWithDesktop(path);
-    } catch (const RunTimeError &error) {
-        m_prompter.tell(Question::OpenFailed, {error.description(), m_state.AppTitle, Icon::Exclamation});
-    }
 }
 
 void frmMain::setBusyPointer(bool busy)
@@ -207,11 +188,6 @@ void frmMain::restoreNormal()
     show();
     raise();
     activateWindow();
-}
-
-void frmMain::closeWebSearchTab()
-{
-    // Generated pages are shown by the desktop's program, which holds no file open.
 }
 
 void frmMain::refreshPageViews()
@@ -260,15 +236,6 @@ void frmMain::mnuPopStartCap_Click()
 void frmMain::mnuSaveWorkingSpace_Click()
 {
     WorkingSpace::save(m_settings, m_tabs->captions(), m_state.AppTitle, m_currentUser);
-}
-
-void frmMain::reopenWorkingSpace()
-{
-    const WorkingSpace::Kept kept = WorkingSpace::load(m_settings, m_state.AppTitle);
-    if (m_currentUser.isEmpty())
-        m_currentUser = kept.user;
-    for (const QString &address : kept.pageAddresses)
-        openWithDesktop(address);
 }
 
 void frmMain::resizeEvent(QResizeEvent *event)

@@ -9,7 +9,8 @@ class ExternalPrograms
 public:
     virtual ~ExternalPrograms() = default;
 
-    /// Opens a file or a folder with the program that the desktop has for it.
+    /// Opens a file or a folder with the program that the desktop has for it; an address of the network
+    /// ("https://...") with its browser.
     virtual void openWithDesktop(const QString &path) = 0;
 
     /// Opens a picture in the external paint program: `program` when it is not empty, else the first one

@@ -120,6 +120,9 @@ enum class Question {
     WordNotInstalled,
     ChooseWordFile,
     PdfPrinterMissing,
+    // browser
+    PrintPage,
+    SaveDownload,
     // options
     OptionNotInList,
     OptionBlank,

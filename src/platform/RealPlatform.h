@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/BrowserView.h"
 #include "platform/Clock.h"
 #include "platform/Database.h"
 #include "platform/DisplayModes.h"
@@ -25,6 +26,7 @@ struct Platform {
     std::unique_ptr<Database> database;
     std::unique_ptr<ExternalPrograms> programs;
     std::unique_ptr<WordProcessor> wordProcessor; ///< refers to `programs`
+    std::unique_ptr<Browsers> browsers;           ///< null until Main puts one here
     std::unique_ptr<Spelling> spelling; ///< without a dictionary until Main puts one with a dialog here
 };
 

@@ -17,13 +17,13 @@ inline constexpr std::size_t textRoleCount = 5;
 
 /// What each of AppOptions::OptionFlags is.
 enum OptionFlag : std::size_t {
-    LoadLastWorkingSpace,        ///< 1: reopen the last working space at start
-    MouseBorderColor,            ///< choice of the drawn pointer's border colour
-    MouseInsideColor,            ///< choice of the drawn pointer's fill colour
-    PageLayout,                  ///< 1: sub title below the screen shot, 2 (and 0): above it
-    PaintTool,                   ///< 0: built-in, 1: the external paint program
-    BrowserChoice,               ///< stored only
-    ChangeResolution,            ///< 1: offer to switch the display to 800x600 for a run
+    LoadLastWorkingSpace, ///< 1: reopen the last working space at start
+    MouseBorderColor,     ///< choice of the drawn pointer's border colour
+    MouseInsideColor,     ///< choice of the drawn pointer's fill colour
+    PageLayout,           ///< 1: sub title below the screen shot, 2 (and 0): above it
+    PaintTool,            ///< 0: built-in, 1: the external paint program
+    BrowserChoice,        ///< 0: generated pages are shown by the system's browser, 1: by the built-in one
+    ChangeResolution,     ///< 1: offer to switch the display to 800x600 for a run
     HideStopButtonDuringCapture, ///< 1: no stop bar during a run
     optionFlagCount
 };
@@ -70,4 +70,6 @@ struct AppOptions {
 
     QString WordProcessor; ///< "auto", "builtin", "libreoffice" or "none"
     QString PaintProgram;  ///< external paint program; empty: the first known one that is installed
+    QString HomePage;      ///< of the built-in browser; empty: the first page of the help
+    QString SearchPage;    ///< of the built-in browser
 };

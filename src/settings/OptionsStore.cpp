@@ -122,6 +122,9 @@ void addPlainRows(std::vector<Row> &table)
     add(u"SnapShotByPressTab", member(&AppOptions::SnapShotByPressTab), u"0"_s, std::nullopt);
     add(u"SnapShotByPressReturn", member(&AppOptions::SnapShotByPressReturn), u"0"_s, std::nullopt);
     add(u"PaintProgram", member(&AppOptions::PaintProgram), {}, QString());
+    add(u"HomePage", member(&AppOptions::HomePage), {}, QString());
+    add(u"SearchPage", member(&AppOptions::SearchPage), u"https://duckduckgo.com/"_s,
+        u"https://duckduckgo.com/"_s);
     add(u"WordProcessor", member(&AppOptions::WordProcessor), u"auto"_s, u"auto"_s);
 }
 

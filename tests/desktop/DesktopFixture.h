@@ -3,6 +3,7 @@
 #include "app/Appearance.h"
 #include "app/frmMain.h"
 #include "capture/DisplaySwitch.h"
+#include "support/FakeBrowsers.h"
 #include "support/FakePrograms.h"
 #include "support/FakeWordProcessor.h"
 #include "support/ScriptedPrompter.h"
@@ -26,6 +27,7 @@ protected:
     Platform platform = makeRealPlatform([] { return QString(); });
     DisplaySwitch display{{state, *platform.displayModes, settings, user, folder.path()}};
     FakePrograms *programs = nullptr;
+    FakeBrowsers *browsers = nullptr;
     std::unique_ptr<frmMain> window;
 
     /// `prepare` changes the state that the window is made with.
@@ -34,6 +36,10 @@ protected:
         auto opener = std::make_unique<FakePrograms>();
         programs = opener.get();
         platform.programs = std::move(opener);
+        auto pages = std::make_unique<FakeBrowsers>();
+        browsers = pages.get();
+        platform.browsers = std::move(pages);
+        state.HelpFilePath = QStringLiteral(SHOTLY_DELIVERED_DIR "/help");
         platform.wordProcessor =
             std::make_unique<FakeWordProcessor>(); // the real one knows the real programs
         state.AppOptions.ShowLessMessage = 1;

@@ -271,7 +271,10 @@ TEST_F(ViewerTest, ALargePictureIsScrolledAndTheDirectoryHidden)
     openViewer({{u"sh1.bmp"_s, picture}});
     expectSeen(picture, "its corner");
     key(u"F1"_s);
-    EXPECT_TRUE(becomes([this] { return !programs->opened.isEmpty(); }));
+    EXPECT_TRUE(becomes([this] { return !browsers->calls.isEmpty(); }));
+    EXPECT_TRUE(becomes([] { return QApplication::activeWindow()->objectName() == u"frmHelp"_s; }));
+    key(u"Escape"_s);
+    EXPECT_TRUE(becomes([this] { return window->isActiveWindow(); }));
 
     const auto pull = [this](const QString &bar, QPoint distance) {
         const auto *found = viewer->findChild<QScrollBar *>(bar);
@@ -300,8 +303,8 @@ TEST_F(ViewerTest, ALargePictureIsScrolledAndTheDirectoryHidden)
 
     click(middleOf(control(u"cmbProj"_s)));
     key(u"F1"_s);
-    EXPECT_TRUE(becomes([this] { return programs->opened.size() > 1; }));
-    EXPECT_EQ(programs->opened,
+    EXPECT_TRUE(becomes([this] { return browsers->calls.size() > 1; }));
+    EXPECT_EQ(browsers->calls,
               (QStringList{state.HelpFilePath + u"/notes.htm"_s, state.HelpFilePath + u"/features.htm"_s}));
 }
 

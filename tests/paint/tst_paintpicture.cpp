@@ -368,30 +368,6 @@ TEST_F(PaintPictureTest, ChangesThatAreNotWantedAreGoneForGood)
     EXPECT_FALSE(picture.dirty() || picture.undoEnabled());
 }
 
-TEST_F(PaintPictureTest, WhatIsPendingIsNewerThanWhatCouldBeRedone)
-{
-    begin({"#b.", "..."});
-    picture.Clear();
-    picture.undo();
-    EXPECT_TRUE(picture.redoEnabled());
-    const int entry = picture.history().current();
-    bool exists = true;
-    picture.setPendingWork({[&] { return exists; }, [&] { exists = false; }}); // an empty text box
-    EXPECT_TRUE(picture.undoEnabled() && !picture.redoEnabled());
-    picture.undo();
-    EXPECT_EQ(picture.history().current(), entry) << "the box goes, and nothing else";
-    picture.setPendingWork({});
-
-    picture.select({0, 0, 2, 1});
-    picture.lift(false);
-    EXPECT_FALSE(picture.redoEnabled());
-    picture.moveSelection({1, 1});
-    EXPECT_TRUE(picture.apply(mirrored));
-    const int moved = picture.history().current();
-    picture.lift(true);
-    EXPECT_EQ(picture.history().current(), moved) << "that picture is in the history already";
-}
-
 TEST_F(PaintPictureTest, AnEffectChangesTheSelectionOrElseThePicture)
 {
     begin({"#b.", "..."});

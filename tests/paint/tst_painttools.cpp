@@ -296,34 +296,6 @@ TEST_F(PaintToolsTest, TextIsPlacedWhereItsBoxStands)
     EXPECT_FALSE(tools.textPlace());
 }
 
-TEST_F(PaintToolsTest, TheOverlayIsSeenWhereThePictureIsShownSmaller)
-{
-    const auto inverted = [this](double zoom) {
-        QImage screen(100, 100, QImage::Format_RGB32);
-        screen.fill(Qt::white);
-        QPainter painter(&screen);
-        painter.translate(1, 2);
-        painter.scale(zoom, zoom);
-        tools.drawOverlay(painter);
-        painter.end();
-        return rowsOf(screen);
-    };
-    begin(Rows(40, std::string(40, '.')));
-    tools.choose(Tool::Rectangle);
-    tools.press(Button::Left, {0, 0}, {});
-    tools.move({39, 39}, {});
-    Rows frame(100, std::string(100, '.'));
-    for (std::size_t i = 0; i < 10; ++i)
-        frame[2][1 + i] = frame[11][1 + i] = frame[2 + i][1] = frame[2 + i][10] = '#';
-    EXPECT_EQ(inverted(0.25), frame);
-    tools.escape();
-    tools.release(Button::Left, {}, {});
-    picture.select({0, 0, 40, 40});
-    EXPECT_EQ(inverted(0.25)[2].substr(0, 12), ".####....##.") << "dashes as long as ever";
-    EXPECT_EQ(inverted(1)[2].substr(0, 12), ".####....###");
-    EXPECT_EQ(inverted(2)[2].substr(0, 20), ".########........###");
-}
-
 TEST_F(PaintToolsTest, SelectAreaSelectsMovesAndCommits)
 {
     begin({"#b.....", ".......", "......."});

@@ -25,6 +25,8 @@ TEST_F(OptionTest, EveryControlReachesTheFileAndComesBack)
     press(u"cmdBrowseM"_s);
     type(u"txtFileNamePrefix"_s, u"de/mo"_s); // no file name has a slash
     type(u"txtPaintProgram"_s, u"mtpaint -v"_s);
+    type(u"txtHomePage"_s, u"/g/home.htm"_s);
+    type(u"txtSearchPage"_s, u"search.example"_s);
     select(u"cmbLayout"_s, 0);
     select(u"cmbPaintSoftware"_s, 1);
     select(u"cmbWordProcessor"_s, 2);
@@ -54,7 +56,8 @@ TEST_F(OptionTest, EveryControlReachesTheFileAndComesBack)
     QStringList lines =
         u"FileNamePrefix=demo;UseSystemMouseShape=True;MouseBorderColor=1;MouseInsideColor=3;"
         "PageLayout=1;PaintTool=1;PaintProgram=mtpaint -v;SnapShotByPressTab=1;"
-        "SnapShotByPressReturn=1;Browser=0;FinalDocumentFormat=3;"
+        "SnapShotByPressReturn=1;Browser=0;HomePage=/g/"
+        "home.htm;SearchPage=search.example;FinalDocumentFormat=3;"
         "OneWordDocumentIncludeAllPages=False;AutoConvertWord2PDF=1;WordProcessor=libreoffice;"
         "LoadLastWorkingSpace=1;HideStopButtonDuringCapture=1;ChangeResolution=1;BigPicSize=70;"
         "ShowLessMessage=1;SingleDesktopCapture=Alt-F3;SingleRegionCapture=Ctrl-F1;"

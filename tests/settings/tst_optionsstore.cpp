@@ -113,10 +113,10 @@ TEST_F(OptionsStoreTest, TheTableHoldsEveryKeyOnce)
     QSet<QString> keys;
     for (const OptionsStore::Row &each : OptionsStore::rows())
         keys.insert(each.section + u'/' + each.key);
-    // 8 flags, 10 hot keys, 12 plain keys, the paint program and the word processor, 25 HTML and 35
-    // word-processor style keys
-    EXPECT_EQ(keys.size(), 92);
-    EXPECT_EQ(OptionsStore::rows().size(), 92U);
+    // 8 flags, 10 hot keys, 12 plain keys, the paint program, the word processor and two pages of the
+    // browser, 25 HTML and 35 word-processor style keys
+    EXPECT_EQ(keys.size(), 94);
+    EXPECT_EQ(OptionsStore::rows().size(), 94U);
     EXPECT_EQ(row(u"BigPicSize"_s).reset, u"100"_s);
     EXPECT_EQ(row(u"PageLayout"_s).reset, u"1"_s);
     EXPECT_EQ(row(u"HTMLNote2FontStyle"_s).reset, u"Italic"_s);

@@ -61,7 +61,13 @@ QString installedPaintProgram()
 
 void DesktopPrograms::openWithDesktop(const QString &path)
 {
-    start(QStringLiteral("xdg-open"), {}, existingPath(path));
+    const bool ofNetwork =
+        path.startsWith(QLatin1StringView("http://")) || path.startsWith(QLatin1StringView("https://"));
+    const QString program = QStringLiteral("xdg-open");
+    if (ofNetwork)
+        start(program, {path}, {});
+    else
+        start(program, {}, existingPath(path));
 }
 
 void DesktopPrograms::paint(const QString &program, const QString &picturePath)
