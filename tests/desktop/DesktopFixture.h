@@ -53,7 +53,9 @@ protected:
         window = std::make_unique<frmMain>(state, platform, user, settings, display);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        EXPECT_TRUE(QTest::qWaitFor([this] { return window->x() > 0; }, desktopPatience));
+        // Where it stays, in the window manager's frame.
+        EXPECT_TRUE(QTest::qWaitFor([this] { return window->frameGeometry() != window->geometry(); },
+                                    desktopPatience));
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
                 const auto *control = window->findChild<QWidget *>(first);
