@@ -80,6 +80,8 @@ TEST(BrowserAddressTest, AddressesAreUnderstoodAsTheyAreTyped)
         }
     }
     EXPECT_EQ(BrowserAddress::understand(u"~/x.htm"_s).toLocalFile(), QDir::homePath() + u"/x.htm"_s);
+    EXPECT_EQ(BrowserAddress::shown(QUrl(u"file:///a/My%20gr%C3%BCn.htm"_s)),
+              u"file:///a/My gr\u00fcn.htm"_s);
 }
 
 TEST_F(BrowserViewTest, OnlyPagesAreShownAndOnlyDocumentsHandedOver)
@@ -98,6 +100,8 @@ TEST_F(BrowserViewTest, OnlyPagesAreShownAndOnlyDocumentsHandedOver)
         EXPECT_EQ(kind(QString::fromUtf16(address)), Kind::Refused)
             << QString::fromUtf16(address).toStdString();
     EXPECT_EQ(kind(u"https://example.com"_s), Kind::Page);
+    const QUrl elsewhere(u"file://host"_s + write(u"here.htm"_s, "x"));
+    EXPECT_EQ(BrowserAddress::check(elsewhere).reason, u"It names a file of another machine."_s);
 
     const QUrl local(u"file:///a.htm"_s);
     const QUrl network(u"https://a.example/"_s);
