@@ -32,7 +32,7 @@ void PaintTab::closeEvent(QCloseEvent *event)
 
 bool PaintTab::eventFilter(QObject *watched, QEvent *event)
 {
-    if (m_editor && event->type() == QEvent::HideToParent)
+    if (event->type() == QEvent::HideToParent)
         Q_EMIT editorClosed();
     return QWidget::eventFilter(watched, event);
 }

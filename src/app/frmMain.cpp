@@ -4,6 +4,7 @@
 #include "app/frmAbout.h"
 #include "app/HookAwareFailureBox.h"
 #include "app/InstructionsPanel.h"
+#include "app/PaintTab.h"
 #include "app/ProjectBox.h"
 #include "app/RunView.h"
 #include "app/TabHost.h"
@@ -72,6 +73,7 @@ frmMain::frmMain(Module1 &state, Platform &platform, Prompter &prompter, UserSet
 frmMain::~frmMain()
 {
     m_platform.hotKeys->setHandler({});
+    delete m_paintTab; // gives the editor back before that goes
 }
 
 void frmMain::buildControls()
