@@ -11,6 +11,7 @@ class frmAbout : public QDialog
     Q_OBJECT
 
 public:
+    /// `programs` and `prompter` must outlive it.
     frmAbout(ExternalPrograms &programs, Prompter &prompter, QWidget *parent);
 
     /// "Version 0.1.0", the build and what it was made with, in lines.

@@ -155,7 +155,8 @@ BrowserView::Events frmBrowser::viewEvents()
         updateButtons();
     };
     events.openOutside = [this](const QString &address) {
-        runGuarded(m_failures, [&] { openOutside(address); });
+        runGuarded(m_failures,
+                   [&] { m_services.programs.openWithDesktop(BrowserAddress::forDesktop(address)); });
     };
     events.askDownload = [this](const QString &name) { return askDownload(name); };
     events.report = [this](const QString &text) { m_services.workspace.showStatus(text); };
@@ -275,13 +276,6 @@ std::optional<QString> frmBrowser::askDownload(const QString &name)
     prompt.filter = u"All Files (*.*)|*.*"_s;
     prompt.askOverwrite = true;
     return m_services.prompter.saveFile(Question::SaveDownload, prompt);
-}
-
-void frmBrowser::openOutside(const QString &address)
-{
-    const QUrl url = BrowserAddress::understand(address);
-    m_services.programs.openWithDesktop(url.isLocalFile() ? url.toLocalFile()
-                                                          : url.toString(QUrl::FullyEncoded));
 }
 
 void frmBrowser::updateButtons()

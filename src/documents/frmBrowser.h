@@ -63,7 +63,6 @@ private:
     void timTimer_Timer();
     void printPage();
     std::optional<QString> askDownload(const QString &name);
-    void openOutside(const QString &address);
     void showCaption();
     void updateButtons();
     QAction &action(Command command) const { return *m_commands[command]; }

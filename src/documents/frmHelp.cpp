@@ -49,11 +49,8 @@ frmHelp::frmHelp(const Services &services)
     events.navigateComplete = [this] { updateControls(); };
     events.changed = events.navigateComplete;
     events.openOutside = [this](const QString &address) {
-        const QUrl url = BrowserAddress::understand(address);
-        runGuarded(m_failures, [&] {
-            m_services.programs.openWithDesktop(url.isLocalFile() ? url.toLocalFile()
-                                                                  : url.toString(QUrl::FullyEncoded));
-        });
+        runGuarded(m_failures,
+                   [&] { m_services.programs.openWithDesktop(BrowserAddress::forDesktop(address)); });
     };
     brwHelp->setEvents(std::move(events));
     updateControls();

@@ -51,8 +51,8 @@ public:
     /// Finishes the tools' work and commits the selection. Printing wants it, too.
     void finishPending();
 
-    /// Whether the editor can work on a picture of that size: up to 1 GiB, and no side longer than what can
-    /// be drawn on.
+    /// Whether the editor can work on a picture of that size: one that can be opened as a file, no side
+    /// longer than what can be drawn on.
     static bool isPossible(QSize size);
 
     // ---- files. False: the picture stays, and is told where it is not the user's will.

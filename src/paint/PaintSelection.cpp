@@ -1,5 +1,7 @@
 #include "paint/PaintPicture.h"
 
+#include "platform/ImageFile.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -8,8 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-constexpr qint64 largestPicture = qint64{1024} << 20; // bytes; larger files cannot be opened either
-constexpr int longestSide = 32'767;                   // that QPainter draws on
+constexpr int longestSide = 32'767; // pixels that QPainter draws on
 
 /// Format_RGB32; what is transparent shows the white of a page.
 QImage plain(const QImage &picture)
@@ -34,8 +35,7 @@ void paintOver(QImage &picture, QPoint at, const QImage &other)
 
 bool PaintPicture::isPossible(QSize size)
 {
-    return std::max(size.width(), size.height()) <= longestSide &&
-           qint64{size.width()} * size.height() <= largestPicture / qint64{sizeof(QRgb)};
+    return std::max(size.width(), size.height()) <= longestSide && !ImageFile::isTooLarge(size);
 }
 
 void PaintPicture::tellTooLarge(QSize size)

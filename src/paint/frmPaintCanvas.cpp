@@ -121,8 +121,18 @@ void PaintCanvas::setTextColours(QColor letters, QColor ground)
     txtText->setPalette(look);
 }
 
-/// As large as its text, with room for the first words.
+/// Tells the parent what the picture and the text box take.
 void PaintCanvas::fitTextBox()
+{
+    const bool moved = m_shownTextPlace && moveTextBox(*m_shownTextPlace);
+    if (const QSize before = std::exchange(m_extent, extent()); before != m_extent)
+        Q_EMIT sizeChanged();
+    if (moved)
+        Q_EMIT textBoxMoved();
+}
+
+/// As large as its text, with room for the first words. True: it was elsewhere, or of another size.
+bool PaintCanvas::moveTextBox(QPoint place)
 {
     constexpr int smallestLetters = 6; // units
     QFont font = m_textFont;
@@ -136,14 +146,11 @@ void PaintCanvas::fitTextBox()
     const int width = metrics.size(Qt::TextExpandTabs, text).width();
     const QSize needed(std::max(width + 2 * metrics.averageCharWidth(), textBoxWidth),
                        metrics.lineSpacing() * static_cast<int>(text.count(u'\n') + 1));
-    const QPoint corner = (QPointF(m_shownTextPlace.value_or(QPoint())) * scale()).toPoint();
+    const QPoint corner = (QPointF(place) * scale()).toPoint();
     const QRect box(corner - QPoint(frame, frame), needed + 2 * QSize(frame, frame));
-    const bool moved = m_shownTextPlace && txtText->geometry() != box;
+    const bool moved = txtText->geometry() != box;
     txtText->setGeometry(box);
-    if (const QSize before = std::exchange(m_extent, extent()); before != m_extent)
-        Q_EMIT sizeChanged();
-    if (moved)
-        Q_EMIT textBoxMoved();
+    return moved;
 }
 
 QSize PaintCanvas::extent() const

@@ -62,6 +62,7 @@ private:
     double scale() const; ///< pixels of the picture to units of the widget
     void placeTextBox();
     void fitTextBox();
+    bool moveTextBox(QPoint place);
 
     const PaintPicture &m_picture;
     const PaintTools &m_tools;

@@ -33,9 +33,6 @@ constexpr qint64 pageSize = 4096;
 constexpr int pngQuality = 80;
 constexpr int jpegQuality = 90;
 
-/// Four screens of 3840 x 2160 side by side are more than the library's own limit.
-constexpr int largestPictureMegabytes = 1024;
-
 /// Memory that nobody has filled yet.
 std::unique_ptr<char[]> bufferOf(qint64 size)
 {
@@ -78,16 +75,27 @@ QImage withoutTransparency(const QImage &picture)
     return plain;
 }
 
-/// `path` is for the message.
+/// `path` is for the message, here and below.
+void refuseIfTooLarge(QSize pixels, const QString &path)
+{
+    if (ImageFile::isTooLarge(pixels))
+        throw RunTimeError(RunTimeError::InvalidPicture, QStringLiteral("%1 is too large: %2 x %3 pixels")
+                                                             .arg(path)
+                                                             .arg(pixels.width())
+                                                             .arg(pixels.height()));
+}
+
 QImage decoded(const QByteArray &bytes, const QString &path)
 {
-    if (QImageReader::allocationLimit() < largestPictureMegabytes)
-        QImageReader::setAllocationLimit(largestPictureMegabytes);
+    constexpr int megabytes = ImageFile::largestPicture >> 20;
+    if (QImageReader::allocationLimit() < megabytes)
+        QImageReader::setAllocationLimit(megabytes);
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
+    refuseIfTooLarge(reader.size(), path);
     const QImage picture = reader.read();
     if (picture.isNull())
         throw RunTimeError(RunTimeError::InvalidPicture,
@@ -165,14 +173,14 @@ std::uint64_t saveBitmap(const QImage &picture, const QString &path)
 }
 
 /// Nothing when the file is no bitmap of the kind that is read here.
-std::optional<BitmapHeader> headerOf(InputFile &file)
+std::optional<BitmapHeader> headerOf(InputFile &file, const QString &path)
 {
     std::array<char, BitmapHeader::length> bytes{};
     const qsizetype count = file.read(bytes.data(), bytes.size());
-    const auto header = BitmapHeader::parse({bytes.data(), count}, file.size());
-    const bool small = header && header->stride() * header->size.height() < qint64{largestPictureMegabytes}
-                                                                                << 20;
-    return small ? header : std::nullopt;
+    auto header = BitmapHeader::parse({bytes.data(), count}, file.size());
+    if (header)
+        refuseIfTooLarge(header->size, path);
+    return header;
 }
 
 /// Null when the file has become shorter meanwhile.
@@ -266,11 +274,16 @@ std::uint64_t ImageFile::save(const QImage &picture, const QString &path)
     return hashOf(bytes);
 }
 
+bool ImageFile::isTooLarge(QSize pixels)
+{
+    return qint64{pixels.width()} * pixels.height() > largestPicture / qint64{sizeof(QRgb)};
+}
+
 QImage ImageFile::load(const QString &path)
 {
     InputFile file(path);
     QImage picture;
-    if (const auto header = headerOf(file))
+    if (const auto header = headerOf(file, path))
         picture = loadBitmap(file, *header);
     return picture.isNull() ? decoded(allBytes(file), path) : picture;
 }
@@ -278,7 +291,7 @@ QImage ImageFile::load(const QString &path)
 bool ImageFile::edit(const QString &path, std::uint64_t hash, RowRange rows, const Paint &paint)
 {
     InputFile file(path);
-    if (const auto header = headerOf(file)) {
+    if (const auto header = headerOf(file, path)) {
         for (bool first = true;; first = false) {
             try {
                 return editBitmap(file, *header, path, hash, rows, paint);

@@ -15,8 +15,13 @@ namespace ImageFile
 /// 0 pixels. Throws RunTimeError naming the file and the reason.
 std::uint64_t save(const QImage &picture, const QString &path);
 
+/// Bytes of the largest picture that is read, at four a pixel: four screens of 3840 x 2160 side by side are
+/// more than Qt's own limit, and files that say more than this are broken or meant to do harm.
+inline constexpr qint64 largestPicture = qint64{1024} << 20;
+bool isTooLarge(QSize pixels);
+
 /// Reads any picture that Qt knows as Format_RGB32, device pixel ratio 1. Throws RunTimeError when the file
-/// is missing, not readable or no picture.
+/// is missing, not readable, no picture, or too large, which is found out before its pixels are read.
 QImage load(const QString &path);
 
 /// Rows of a picture, both included; they may lie outside it.

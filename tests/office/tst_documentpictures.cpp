@@ -190,7 +190,7 @@ TEST_F(DocumentPicturesTest, WhatIsNoPictureIsToldByName)
             pictures.describe(file);
             ADD_FAILURE() << file.toStdString();
         } catch (const RunTimeError &error) {
-            EXPECT_EQ(error.description(), file + u" is too large for a document: 20000 x 20000 pixels"_s);
+            EXPECT_EQ(error.description(), file + u" is too large: 20000 x 20000 pixels"_s);
         }
     }
 

@@ -277,6 +277,8 @@ TEST_F(frmPaintTest, ColoursAndFontsAreAskedFor)
     EXPECT_EQ(colours.fill(), QColor(Qt::white));
     prompter.expectColour(Question::PaintFont, u"Sans Serif,20,-1,5,75,0,0,0,0,0"_s);
     menu(u"mnuFont"_s);
+    tool(8);
+    click({5, 5});
     EXPECT_EQ(control<QPlainTextEdit>(u"txtText"_s).font().pixelSize(), 27) << "20 points at 96 to the inch";
 }
 

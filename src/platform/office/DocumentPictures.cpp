@@ -1,6 +1,5 @@
 #include "platform/office/DocumentPictures.h"
 
-#include "platform/BitmapHeader.h"
 #include "platform/ImageFile.h"
 #include "platform/InputFile.h"
 #include "platform/linux/SystemError.h"
@@ -8,7 +7,6 @@
 #include "platform/office/PngEncoder.h"
 
 #include <QDir>
-#include <QImageReader>
 #include <QTemporaryFile>
 
 #include <algorithm>
@@ -77,28 +75,11 @@ std::optional<Encoded> takenOver(const QString &path)
     return shape->simple ? std::optional(std::move(result)) : std::nullopt;
 }
 
-/// What ImageFile refuses because of its size is not to be told as damaged.
-void checkSize(const QString &path)
-{
-    constexpr qint64 most = qint64{1} << 30; // bytes
-    InputFile file(path);
-    std::array<char, BitmapHeader::length> beginning{};
-    const QByteArrayView read(beginning.data(), file.read(beginning.data(), beginning.size()));
-    const auto bitmap = BitmapHeader::parse(read, file.size());
-    const QSize size = bitmap ? bitmap->size : QImageReader(path).size();
-    const qint64 rowBytes = bitmap ? bitmap->stride() : qint64{4} * size.width();
-    if (!size.isEmpty() && size.height() >= most / rowBytes)
-        throw RunTimeError(RunTimeError::InvalidPicture,
-                           u"%1 is too large for a document: %2 x %3 pixels"_s.arg(
-                               path, QString::number(size.width()), QString::number(size.height())));
-}
-
 /// Nothing when `stop` is requested meanwhile.
 std::optional<Encoded> encoded(const QString &path, const std::stop_token &stop)
 {
     if (auto asItIs = takenOver(path))
         return asItIs;
-    checkSize(path);
     QImage picture = ImageFile::load(path);
     if (stop.stop_requested())
         return std::nullopt;

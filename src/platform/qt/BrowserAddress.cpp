@@ -71,6 +71,12 @@ QString BrowserAddress::shown(const QUrl &address)
     return address.toString(QUrl::PrettyDecoded);
 }
 
+QString BrowserAddress::forDesktop(const QString &address)
+{
+    const QUrl url = understand(address);
+    return url.isLocalFile() ? url.toLocalFile() : url.toString(QUrl::FullyEncoded);
+}
+
 bool BrowserAddress::isOfNetwork(const QUrl &address)
 {
     return address.scheme() == "http"_L1 || address.scheme() == "https"_L1;

@@ -15,6 +15,9 @@ QUrl understand(const QString &text);
 /// In a form that can be read and that understand() takes back.
 QString shown(const QUrl &address);
 
+/// What ExternalPrograms::openWithDesktop() takes for it: a path, or an address of the network.
+QString forDesktop(const QString &address);
+
 /// http or https.
 bool isOfNetwork(const QUrl &address);
 
