@@ -5,6 +5,7 @@
 #include "annotate/frmVpicColors.h"
 #include "annotate/frmVpicFiles.h"
 #include "annotate/frmVpicView.h"
+#include "platform/qt/ToolTip.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -113,7 +114,9 @@ void frmVpic::buildCommands()
         auto *made = new QAction(QIcon(u":/icons/%1.svg"_s.arg(QString::fromUtf16(row.icon))),
                                  QString::fromUtf16(row.toolTip), this);
         made->setObjectName(QString::fromUtf16(row.key));
-        made->setToolTip(QString::fromUtf16(row.toolTip));
+        made->setToolTip(
+            ToolTip::withKeys(QString::fromUtf16(row.toolTip),
+                              i == Help ? QKeySequence(Qt::Key_F1) : QKeySequence(row.shortcut)));
         made->setCheckable(row.isTool);
         made->setShortcuts(row.shortcut);
         made->setShortcutContext(Qt::WidgetWithChildrenShortcut);

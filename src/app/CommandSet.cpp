@@ -1,5 +1,7 @@
 #include "app/CommandSet.h"
 
+#include "platform/qt/ToolTip.h"
+
 #include <QAction>
 #include <QIcon>
 #include <QMainWindow>
@@ -40,6 +42,7 @@ void CommandSet::buildMenus()
         action->setMenuRole(QAction::NoRole);
         if (*row.shortcut != '\0')
             action->setShortcut(QKeySequence(text(row.shortcut)));
+        m_keys.insert(text(row.name), action->shortcut().toString(QKeySequence::NativeText));
         QObject::connect(action, &QAction::triggered, &m_window,
                          [this, handler = row.handler] { m_run(handler); });
         menu->addAction(action);
@@ -55,18 +58,35 @@ void CommandSet::fillToolBar(QToolBar &toolBar)
         auto *button = new QToolButton(&toolBar);
         button->setDefaultAction(action(text(row.command)));
         button->setObjectName(text(row.key));
-        button->setText(text(row.label));
-        button->setToolTip(text(row.tip));
+        m_buttons.push_back({button, &row});
+        label(m_buttons.back());
         button->setAccessibleName(text(row.tip));
         button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         button->setAutoRaise(true);
         // The button keeps its own short texts when the action changes.
-        QObject::connect(action(text(row.command)), &QAction::changed, button, [button, &row] {
-            button->setText(text(row.label));
-            button->setToolTip(text(row.tip));
-        });
+        QObject::connect(action(text(row.command)), &QAction::changed, button,
+                         [this, made = m_buttons.back()] { label(made); });
         toolBar.addWidget(button);
     }
+}
+
+void CommandSet::label(const Button &button) const
+{
+    button.widget->setText(text(button.row->label));
+    button.widget->setToolTip(
+        ToolTip::withKeys(text(button.row->tip), m_keys.value(text(button.row->command))));
+}
+
+void CommandSet::showHotKeys(const mHotKey &hotKeys, const std::array<QString, 10> &names)
+{
+    for (const Command &row : CommandTable::commands()) {
+        if (row.hotKey == 0)
+            continue;
+        QString keys = names.at(static_cast<std::size_t>(row.hotKey) - 1);
+        m_keys.insert(text(row.name), hotKeys.holds(row.hotKey) ? keys.replace(u'-', u'+') : QString());
+    }
+    for (const Button &button : m_buttons)
+        label(button);
 }
 
 void CommandSet::fillTrayMenu(QMenu &menu)

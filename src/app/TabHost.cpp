@@ -1,8 +1,11 @@
 #include "app/TabHost.h"
 
+#include "platform/qt/ToolTip.h"
+
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QPointer>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QToolButton>
@@ -17,14 +20,16 @@ struct TabData {
     QPointer<QWidget> child;
 };
 
-QToolButton *makeButton(QWidget *parent, const char *name, const char *icon, const QString &tip)
+QToolButton *makeButton(QWidget *parent, const char *name, const char *icon, const QString &tip,
+                        const QKeySequence &keys = {})
 {
     auto *button = new QToolButton(parent);
     button->setObjectName(QLatin1StringView(name));
     button->setIcon(QIcon(u":/icons/"_s + QLatin1StringView(icon)));
     button->setIconSize({20, 20});
     button->setAutoRaise(true);
-    button->setToolTip(tip);
+    button->setToolTip(ToolTip::withKeys(tip, keys));
+    button->setShortcut(keys);
     button->setAccessibleName(tip);
     return button;
 }
@@ -34,8 +39,10 @@ Q_DECLARE_METATYPE(TabData)
 
 TabHost::TabHost(QWidget *emptyPage, QWidget *parent)
     : QWidget(parent), tab1(new QTabBar(this)),
-      cmdCloseTab(makeButton(this, "cmdCloseTab", "close-tab.svg", u"Close top screen."_s)),
-      cmdCloseWebSearch(makeButton(this, "cmdCloseWebSearch", "close-all.svg", u"Close All Screens."_s)),
+      cmdCloseTab(
+          makeButton(this, "cmdCloseTab", "close-tab.svg", u"Close top screen."_s, Qt::CTRL | Qt::Key_W)),
+      cmdCloseWebSearch(makeButton(this, "cmdCloseWebSearch", "close-all.svg", u"Close All Screens."_s,
+                                   Qt::CTRL | Qt::SHIFT | Qt::Key_W)),
       cmdIntoTray(
           makeButton(this, "cmdIntoTray", "into-tray.svg", u"Minimize this Program into System Tray."_s)),
       m_pages(new QStackedWidget(this)), m_emptyPage(emptyPage)
@@ -60,6 +67,13 @@ TabHost::TabHost(QWidget *emptyPage, QWidget *parent)
     column->addWidget(m_pages, 1);
 
     connect(tab1, &QTabBar::currentChanged, this, &TabHost::showCurrent);
+    const auto turn = [this](int step) {
+        if (const int tabs = tab1->count(); tabs > 0)
+            tab1->setCurrentIndex((tab1->currentIndex() + step + tabs) % tabs);
+    };
+    connect(new QShortcut(Qt::CTRL | Qt::Key_Tab, this), &QShortcut::activated, this, [turn] { turn(1); });
+    connect(new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, this), &QShortcut::activated, this,
+            [turn] { turn(-1); });
     showCurrent();
 }
 

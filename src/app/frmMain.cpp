@@ -140,6 +140,7 @@ void frmMain::MDIForm_Load()
     m_platform.hotKeys->setHandler([this](int id, std::uint32_t time) { HotKeyWindowProc(id, time); });
     if (!setHotKey())
         m_prompter.tell(Question::HotKeysFailed, {u"Set hotkey failed"_s, m_state.AppTitle});
+    m_commands->showHotKeys(m_cores->hotKeys, m_state.AppOptions.HotKeyNames);
     m_state.TrayIconData.tip = u"Shotly"_s;
 
     resize(firstSize);
@@ -295,6 +296,7 @@ void frmMain::Timer1_Timer()
         return;
     const auto showCountdown = qScopeGuard([this] {
         const int seconds = m_cores->delayedShot.countdown();
+        m_countdown.showSeconds(seconds);
         setWindowTitle(seconds > 0 ? u"%1 - snapshot in %2 s"_s.arg(m_state.AppTitle).arg(seconds)
                                    : m_state.AppTitle);
         updateCommands();
@@ -343,19 +345,25 @@ void frmMain::mnuPaintEditor_Click()
 // ---- administration
 // ----------------------------------------------------------------------------------------
 
+/// The help key is the dialog's own while it is open.
+void frmMain::execWithHelp(QDialog &&dialog, const QString &topic)
+{
+    connect(new QShortcut(Qt::Key_F1, &dialog), &QShortcut::activated, this,
+            guarded(*m_failures, [this, topic] { openHelp(topic); }));
+    dialog.exec();
+}
+
 void frmMain::mnuDeleteProject_Click()
 {
-    frmDelProj({m_state, m_cores->database, m_cores->directories, m_prompter, *m_platform.clock}, this)
-        .exec();
+    execWithHelp(
+        frmDelProj({m_state, m_cores->database, m_cores->directories, m_prompter, *m_platform.clock}, this),
+        u"multi.htm"_s);
     fillProjectBox();
 }
 
 void frmMain::mnuBackupDatabase_Click()
 {
-    frmBackupDatabase dialog({m_state, *m_platform.database, m_prompter}, this);
-    connect(new QShortcut(Qt::Key_F1, &dialog), &QShortcut::activated, this,
-            guarded(*m_failures, [this] { openHelp(u"backupDB.htm"_s); }));
-    dialog.exec();
+    execWithHelp(frmBackupDatabase({m_state, *m_platform.database, m_prompter}, this), u"backupDB.htm"_s);
 }
 
 // ---- documents, help
@@ -378,7 +386,7 @@ void frmMain::mnuViewWord_Click()
 
 void frmMain::mnuHelpAbout_Click()
 {
-    frmAbout(*m_platform.programs, m_prompter, this).exec();
+    execWithHelp(frmAbout(*m_platform.programs, m_prompter, this), u"features.htm"_s);
 }
 
 void frmMain::mnuFileExit_Click()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Cores.h"
+#include "app/CountdownWindow.h"
 #include "platform/qt/Guarded.h"
 #include "platform/UserSettings.h"
 #include "state/Workspace.h"
@@ -14,6 +15,7 @@
 class CommandSet;
 class DisplaySwitch;
 class ProjectBox;
+class QDialog;
 class QMenu;
 class QToolBar;
 class RunView;
@@ -103,9 +105,6 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    /// The property of a child window that names its topic of the help.
-    static constexpr const char *helpTopic = "helpTopic";
-
     void buildControls();
     void connectControls();
     void MDIForm_Load();
@@ -117,6 +116,7 @@ private:
     void whenShown();
     void updateCommands();
 
+    void execWithHelp(QDialog &&dialog, const QString &topic);
     void openCommandLinePicture();
     frmPaint &paintEditor();
     void openWithDesktop(const QString &path);
@@ -148,6 +148,7 @@ private:
     QPointer<frmBrowser> m_contents;   ///< the tab "Contents", while it is open
     std::unique_ptr<TrayIcon> m_tray;
     std::unique_ptr<frmRegion> m_region; ///< while a region is being drawn
+    CountdownWindow m_countdown;
     QString m_currentUser;
     int m_nextTabId = 1;
 

@@ -68,8 +68,8 @@ bool mHotKey::RegisterOneHotKey(const Combination &combination, int id)
     m_lastId = std::max(m_lastId, id);
     const bool registered = m_hotKeys.registerKey(id, combination.modifier, combination.virtualKey);
     if (registered)
-        m_held.push_back(combination);
-    else if (std::ranges::find(m_held, combination) == m_held.end())
+        m_held.insert_or_assign(id, combination);
+    else if (std::ranges::none_of(m_held, [&](const auto &held) { return held.second == combination; }))
         m_refused.push_back(combination);
     return registered;
 }

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <array>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -45,13 +46,16 @@ public:
     bool RegisterOneHotKey(const Combination &combination, int id);
     void UnregisterAllHotKeys();
 
+    /// Whether the hot key with this identifier works.
+    bool holds(int id) const { return m_held.contains(id); }
+
     /// The combinations that another program holds, or that this keyboard lacks, as it turned out when they
     /// were registered. One that two actions share is not among them.
     const std::vector<Combination> &refused() const { return m_refused; }
 
 private:
     HotKeys &m_hotKeys;
-    int m_lastId = 0; ///< highest identifier handed out
-    std::vector<Combination> m_held;
+    int m_lastId = 0;                  ///< highest identifier handed out
+    std::map<int, Combination> m_held; ///< by identifier
     std::vector<Combination> m_refused;
 };

@@ -1,6 +1,7 @@
 #include "documents/frmBrowser.h"
 
 #include "platform/qt/BrowserAddress.h"
+#include "platform/qt/ToolTip.h"
 #include "state/Module1.h"
 
 #include <QAction>
@@ -57,7 +58,7 @@ frmBrowser::frmBrowser(const Services &services, const QString &startingAddress)
 {
     setObjectName("frmBrowser"_L1);
     setWindowTitle(u"Browser"_s);
-    setProperty("helpTopic", u"browser.htm"_s);
+    setProperty(Workspace::helpTopic, u"browser.htm"_s);
     buildControls();
     connectControls();
     const AppOptions &options = services.state.AppOptions;
@@ -114,7 +115,7 @@ void frmBrowser::buildCommands()
         auto *made = new QAction(QIcon(u":/icons/%1.svg"_s.arg(QString::fromUtf16(row.icon))),
                                  QString::fromUtf16(row.key), this);
         made->setObjectName(QString::fromUtf16(row.key));
-        made->setToolTip(u"%1 (%2)"_s.arg(QString::fromUtf16(row.toolTip), shortcut.toString()));
+        made->setToolTip(ToolTip::withKeys(QString::fromUtf16(row.toolTip), shortcut));
         made->setShortcut(shortcut);
         connect(made, &QAction::triggered, this,
                 guarded(m_failures, [this, i] { tbToolBar_ButtonClick(static_cast<Command>(i)); }));

@@ -1,6 +1,7 @@
 #include "documents/frmHelp.h"
 
 #include "platform/qt/BrowserAddress.h"
+#include "platform/qt/ToolTip.h"
 #include "state/Module1.h"
 
 #include <QAction>
@@ -67,7 +68,7 @@ QAction *frmHelp::addCommand(const char16_t *name, const QString &toolTip, const
     auto *made =
         new QAction(QIcon(u":/icons/%1.svg"_s.arg(QString::fromUtf16(icon))), QString::fromUtf16(name), this);
     made->setObjectName(QString::fromUtf16(name));
-    made->setToolTip(u"%1 (%2)"_s.arg(toolTip, shortcut));
+    made->setToolTip(ToolTip::withKeys(toolTip, shortcut));
     made->setShortcut(QKeySequence(shortcut));
     connect(made, &QAction::triggered, this, guarded(m_failures, command));
     tbHelp->addAction(made);

@@ -81,6 +81,7 @@ frmPaint::frmPaint(const Services &services)
     optTools_Click(static_cast<int>(DrawingTool::Pencil));
     optTools->button(static_cast<int>(DrawingTool::Pencil))->setChecked(true);
     pictureChanged();
+    picPaint->setFocus();
 }
 
 frmPaint::~frmPaint() = default;
@@ -102,7 +103,7 @@ void frmPaint::buildTools()
         button->setToolTip(QString::fromUtf16(row.caption));
         button->setCheckable(true);
         button->setAutoRaise(true);
-        button->setFocusPolicy(Qt::NoFocus);
+        button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the picture
         optTools->addButton(button, index);
         grid->addWidget(button, index / toolColumns, index % toolColumns);
     }

@@ -46,7 +46,7 @@ PaintCanvas::PaintCanvas(const PaintPicture &picture, const PaintTools &tools, Q
     setObjectName("picPaint"_L1);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
-    setFocusPolicy(Qt::ClickFocus);
+    setFocusPolicy(Qt::StrongFocus);
     txtText->setObjectName("txtText"_L1);
     txtText->setToolTip(u"ENTER finishes the text, Shift+ENTER begins a new line"_s);
     txtText->setLineWrapMode(QPlainTextEdit::NoWrap);

@@ -57,7 +57,7 @@ ChoicePanel::ChoicePanel(const QString &panelName, const QString &choiceName, QS
         button->setToolTip(choice.toolTip);
         button->setCheckable(true);
         button->setAutoRaise(true);
-        button->setFocusPolicy(Qt::NoFocus);
+        button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the picture
         m_group->addButton(button, index);
         grid->addWidget(button, index / columns, index % columns);
         ++index;
@@ -155,6 +155,8 @@ ColourPanel::ColourPanel(QWidget *parent)
     };
     prepare(lblForeColor, u"lblForeColor"_s, u"Foreground color"_s, 2 * cellSize);
     prepare(lblFillColor, u"lblFillColor"_s, u"Background color"_s, 2 * cellSize);
+    for (QLabel *label : {lblForeColor, lblFillColor})
+        label->setFocusPolicy(Qt::TabFocus); // where the keys reach every colour, through the dialog
     rows->addWidget(lblForeColor);
     rows->addWidget(lblFillColor);
     auto *grid = new QGridLayout;
@@ -222,6 +224,17 @@ bool ColourPanel::eventFilter(QObject *watched, QEvent *event)
                 setFill(colour);
             else
                 setForeground(colour);
+        }
+        break;
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        static_cast<QLabel *>(watched)->setLineWidth(event->type() == QEvent::FocusIn ? 3 : 1);
+        break;
+    case QEvent::KeyPress:
+        if (const int key = static_cast<QKeyEvent *>(event)->key();
+            key == Qt::Key_Space || key == Qt::Key_Return) {
+            Q_EMIT customColourWanted(part == Part::Foreground);
+            return true;
         }
         break;
     case QEvent::MouseButtonDblClick:

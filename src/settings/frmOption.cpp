@@ -5,7 +5,6 @@
 #include "settings/OptionsStore.h"
 #include "state/Module1.h"
 
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 #include <QShortcut>
@@ -18,11 +17,6 @@ namespace
 {
 constexpr int longestPrefix = 100;
 const QString folderMissing = u"Folder not exist, please click 'Browse' button and select a directory."_s;
-
-bool isHelpKey(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_F1 && event.modifiers() == Qt::NoModifier;
-}
 } // namespace
 
 frmOption::frmOption(const Services &services)
@@ -30,6 +24,7 @@ frmOption::frmOption(const Services &services)
 {
     setObjectName("frmOption"_L1);
     setWindowTitle(u"Options"_s);
+    setProperty(Workspace::helpTopic, u"option.htm"_s);
     TabStrip1->setObjectName("TabStrip1"_L1);
     buildPages();
     auto *prefix = findChild<QLineEdit *>(u"txtFileNamePrefix"_s);
@@ -275,24 +270,4 @@ void frmOption::closeTab()
 {
     m_services.workspace.deleteTab(property("formID").toInt());
     close();
-}
-
-// ---- keys
-
-/// F1 is this screen's before it is the main window's.
-bool frmOption::event(QEvent *event)
-{
-    if (event->type() == QEvent::ShortcutOverride && isHelpKey(*static_cast<QKeyEvent *>(event))) {
-        event->accept();
-        return true;
-    }
-    return QWidget::event(event);
-}
-
-void frmOption::keyPressEvent(QKeyEvent *event)
-{
-    if (isHelpKey(*event) && !event->isAutoRepeat())
-        runGuarded(m_failures, [this] { cmdHelp_Click(); });
-    else
-        QWidget::keyPressEvent(event);
 }

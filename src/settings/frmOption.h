@@ -40,10 +40,6 @@ public:
 
     explicit frmOption(const Services &services);
 
-protected:
-    bool event(QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
     using Handler = void (frmOption::*)();
 

@@ -17,6 +17,9 @@ class Workspace
 public:
     virtual ~Workspace() = default;
 
+    /// Property of the screen in a tab: the topic of the help that F1 opens while it is seen, "option.htm".
+    static constexpr const char *helpTopic = "helpTopic";
+
     /// The text of the project box, untrimmed, and the names of its list.
     virtual QString projectText() const = 0;
     virtual QStringList projectNames() const = 0;

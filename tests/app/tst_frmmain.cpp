@@ -103,6 +103,10 @@ TEST_F(MainWindowTest, ARunFromTheFirstButtonToTheStopBar)
 
 TEST_F(MainWindowTest, HotKeysRunWhatCanBeChosen)
 {
+    EXPECT_EQ(control<QToolButton>(u"StopCap"_s)->toolTip(), u"Step 2. Stop capturing (Ctrl+F6)"_s);
+    EXPECT_EQ(control<QToolButton>(u"StartCap"_s)->toolTip(), u"Step 1. Begin to capture screens"_s)
+        << "its hot key is another command's";
+    EXPECT_EQ(control<QToolButton>(u"Help"_s)->toolTip(), u"Help contents (F1)"_s);
     type(u"hot"_s);
     user.expectFile(Question::SaveSnapshotAs, std::nullopt);
     pressHotKey(1); // region: the user gives up
@@ -137,7 +141,11 @@ TEST_F(MainWindowTest, TabsComeFirstAndCloseOneByOne)
     EXPECT_TRUE(first->isVisible());
     QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
     EXPECT_TRUE(second->isVisible());
-    press(u"cmdCloseTab"_s); // it refuses
+    QTest::keyClick(window.get(), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_TRUE(first->isVisible());
+    QTest::keyClick(window.get(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(second->isVisible());
+    QTest::keyClick(window.get(), Qt::Key_W, Qt::ControlModifier); // it refuses
     EXPECT_EQ(tabs->count(), 2);
     second->mayClose = true;
     press(u"cmdCloseWebSearch"_s);

@@ -19,6 +19,7 @@ TEST_F(MainWindowTest, TheOptionsOpenOnce)
     EXPECT_EQ(tabs->count(), 2);
     EXPECT_EQ(tabs->tabText(tabs->currentIndex()), u"Options"_s);
     QTest::keyClick(control<QWidget>(u"txtFileNamePrefix"_s), Qt::Key_F1); // not the main window's
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !browsers->calls.isEmpty(); }, 10'000));
     EXPECT_EQ(browsers->calls, QStringList(state.HelpFilePath + u"/option.htm"_s));
     press(u"cmdCancel"_s);
     EXPECT_EQ(tabs->count(), 1);

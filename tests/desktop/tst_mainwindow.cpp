@@ -15,6 +15,7 @@ namespace
 {
 constexpr int patience = desktopPatience;
 constexpr QRgb pink = qRgb(0xff, 0xd6, 0xe7);
+constexpr QRgb countdownGround = qRgb(0x1e, 0x29, 0x3b);
 
 /// A plain window of another program, as far as the hook is concerned; blue, low on the screen.
 class Canvas : public QWidget
@@ -145,10 +146,15 @@ TEST_F(RecordingTest, ADelayedSnapshotShowsTheDesktopWithoutTheMainWindow)
     user.expectInput(Question::ShotDelay, u"1"_s);
     user.expectFile(Question::SaveSnapshotAs, path);
     click(middleOf(control(u"Desktop"_s)));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return contains(platform.screen->grab(platform.screen->desktop()), countdownGround); },
+        patience))
+        << "the seconds that are left";
     ASSERT_TRUE(QTest::qWaitFor([&] { return state.CurrentImagePath == path; }, patience));
     const QImage picture = ImageFile::load(path);
     EXPECT_EQ(picture.size(), platform.screen->desktop().size());
     EXPECT_FALSE(contains(picture, pink));
+    EXPECT_FALSE(contains(picture, countdownGround));
     EXPECT_FALSE(window->isMinimized());
 }
 

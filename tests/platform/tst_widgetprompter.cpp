@@ -73,6 +73,19 @@ TEST(WidgetPrompterTest, EveryAnswerToAQuestion)
         whenAsked(each.act);
         EXPECT_EQ(prompter.ask(Question::KeepExistingPages, each.buttons, prompt), each.answer);
     }
+    // Where no answer is harmless, one has to be given.
+    whenAsked([](QDialog &box) {
+        QTest::keyClick(&box, Qt::Key_Escape);
+        box.close();
+        EXPECT_TRUE(box.isVisible());
+        for (QPushButton *button : box.findChildren<QPushButton *>()) {
+            if (button->text() == u"&No"_s)
+                QTest::mouseClick(button, Qt::LeftButton);
+        }
+    });
+    EXPECT_EQ(prompter.ask(Question::SaveImageChangesOnClose, Buttons::YesNo, prompt), Answer::No);
+    whenAsked(enter);
+    EXPECT_EQ(prompter.ask(Question::SaveImageChangesOnClose, Buttons::YesNo, prompt), Answer::Yes);
     // Return alone never throws a file away.
     whenAsked(enter);
     EXPECT_EQ(prompter.ask(Question::OverwriteHtmlFile, Buttons::YesNo, prompt), Answer::No);

@@ -10,6 +10,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPrintDialog>
+#include <QPushButton>
 #include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
@@ -62,7 +63,14 @@ bool defaultIsNo(Question which)
     return which == Question::OverwriteContentsPage || which == Question::OverwriteHtmlFile ||
            which == Question::ReplaceImageFile || which == Question::DeleteImage ||
            which == Question::PaintReplaceFile || which == Question::DeleteProject ||
-           which == Question::DeleteAllProjects;
+           which == Question::DeleteAllProjects || which == Question::ResetOptions ||
+           which == Question::RestartComputer;
+}
+
+/// Questions of which no answer is harmless: Escape and closing the box answer nothing.
+bool mustBeAnswered(Question which)
+{
+    return which == Question::SaveImageChangesOnClose; // No loses the drawings
 }
 
 void prepare(QMessageBox &box, const PromptText &prompt)
@@ -135,6 +143,13 @@ Answer WidgetPrompter::ask(Question which, Buttons buttons, const PromptText &pr
     QMessageBox box(visibleParent());
     prepare(box, prompt);
     const bool withCancel = buttons == Buttons::YesNoCancel;
+    if (mustBeAnswered(which)) {
+        box.setDefaultButton(box.addButton(QMessageBox::Yes));
+        const QAbstractButton *no =
+            box.addButton(u"&No"_s, QMessageBox::DestructiveRole); // Escape presses none of that role
+        box.exec();
+        return box.clickedButton() == no ? Answer::No : Answer::Yes;
+    }
     box.setStandardButtons(withCancel ? QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel
                                       : QMessageBox::Yes | QMessageBox::No);
     box.setEscapeButton(withCancel ? QMessageBox::Cancel : QMessageBox::No);
