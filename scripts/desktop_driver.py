@@ -208,6 +208,12 @@ class Session:
         self.shotly = self.launch(self.program)
         wait_for("the main window", lambda: self.main_window() or self.boxes())
 
+    def command(self, *words):
+        """The exit code of a later start."""
+        with open(self.folder / "programs.log", "ab") as log:
+            return subprocess.run([self.program, *words], env=self.environment(), stdout=log, stderr=log,
+                                  timeout=PATIENCE).returncode  # fmt: skip
+
     # ---- its windows
 
     def windows(self):

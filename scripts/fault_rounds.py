@@ -526,20 +526,23 @@ def connection_lost(case):
     return "3 snapshots, offered at the next start, 3 pages"
 
 
-@fault("second Shotly during a run")
-def second(case):
+@fault("later starts during a run")
+def later_starts(case):
     case.start()
-    case.begin(PROJECT)
+    idle = case.sockets()
+    expect(case.command("--begin", "no/name") == 1, "a run of that name")
+    expect(case.command("--begin", PROJECT) == 0, "no run")
+    wait_for("the stop bar", case.stop_bar)
+    case.wait_watching(idle)
     case.click(2)
-    first = case.shotly
-    case.start()
+    expect(case.command() == 0, "a second program")
+    expect(case.command("--begin", PROJECT) == 1, "a second run")
+    expect(case.records() == 2, "the run was touched")
+    expect(case.command("--stop") == 0 and not case.stop_bar(), "the run goes on")
+    expect(case.command("--stop") == 1, "stopped twice")
     case.check_quiet()
-    case.kill()
-    case.shotly = first
-    expect(case.records() == 2, "the other program has touched the run")
-    case.stop()
-    case.check_pages(3)
-    return "no question, the run untouched, 3 pages"
+    case.check_pages(2)
+    return "begun and stopped by commands, a second start leaves the run untouched, 2 pages"
 
 
 @fault("tray that goes away with the program in it")

@@ -72,6 +72,10 @@ public:
     void deleteTab(int id) override;
     void turnTab(int id);
 
+    /// What a later start of the program wants of this one: "show" (with the path of a picture, if there is
+    /// one), "begin" with a project's name, "stop". The answer is empty, or says why it cannot be.
+    QString control(const QStringList &request);
+
     /// Asks for delay and file, then takes a single snapshot of the active window or of the desktop.
     void make1Shot(bool activeWindow);
     QString getSavePath() { return m_cores->snapshots.getSavePath(); }
@@ -116,6 +120,7 @@ private:
     void whenShown();
     void updateCommands();
 
+    QString beginFor(const QString &project);
     void execWithHelp(QDialog &&dialog, const QString &topic);
     void openCommandLinePicture();
     frmPaint &paintEditor();

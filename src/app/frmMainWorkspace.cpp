@@ -8,9 +8,11 @@
 #include "app/ProjectBox.h"
 #include "app/RunView.h"
 #include "app/TabHost.h"
+#include "app/WidgetProgress.h"
 #include "app/WindowPlace.h"
 #include "app/WorkingSpace.h"
 #include "capture/DisplaySwitch.h"
+#include "capture/frmRegion.h"
 #include "pagestore/frmPageData1.h"
 #include "pagestore/frmPageList.h"
 #include "paint/frmPaint.h"
@@ -225,6 +227,45 @@ void frmMain::mPopRestore_Click()
     restoreNormal();
     m_tray->remove();
     m_state.TrayIconData.added = false;
+}
+
+QString frmMain::control(const QStringList &request)
+{
+    const QString &wanted = request.constFirst();
+    const bool busy = QApplication::activeModalWidget() || m_progress->active() || m_region;
+    QString refusal;
+    runGuarded(*m_failures, [&] {
+        if (wanted == u"stop"_s && !m_state.CaptureRunning)
+            refusal = u"No capture is running."_s;
+        else if (wanted == u"begin"_s && m_state.CaptureRunning)
+            refusal = u"A capture is running already."_s;
+        else if (wanted != u"show"_s && busy)
+            refusal = u"Shotly waits for an answer, or is at work."_s;
+        else if (wanted == u"stop"_s)
+            stopBar_Stop();
+        else if (wanted == u"begin"_s)
+            refusal = beginFor(request.value(1));
+        else if (m_state.CaptureRunning)
+            m_runView->raiseStopBar();
+        else
+            mPopRestore_Click();
+        if (wanted == u"show"_s && !busy && !m_state.CaptureRunning) {
+            m_state.CommandLinePath = request.value(1);
+            openCommandLinePicture();
+        }
+    });
+    return refusal;
+}
+
+QString frmMain::beginFor(const QString &project)
+{
+    if (!CaptureRun::isProjectName(project) && !projectNames().contains(project))
+        return u"Only alphabet, number, - and _ are allowed in the name of a project."_s;
+    mPopRestore_Click();
+    setProjectText(project);
+    mnuBeginCap_Click();
+    updateCommands();
+    return m_state.CaptureRunning ? QString() : u"The capture has not begun."_s;
 }
 
 void frmMain::mnuPopStartCap_Click()

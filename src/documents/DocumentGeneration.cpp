@@ -191,7 +191,8 @@ void DocumentGeneration::showWord()
                                                    u" Word documents written"_s;
     status += withPdf ? u", and as PDF."_s : u"."_s;
     try {
-        m_word->show();
+        if (m_services.attended)
+            m_word->show();
     } catch (const RunTimeError &error) {
         status += u" It cannot be shown: "_s + error.description();
     }

@@ -16,4 +16,5 @@ struct DocumentServices {
     Progress &progress;
     WordProcessor &wordProcessor;
     ExternalPrograms &programs;
+    bool attended = true; ///< somebody sees what is shown
 };

@@ -23,6 +23,11 @@ QString Statements::projectNames()
     return u"select distinct ProjectName from PageData"_s;
 }
 
+QString Statements::projectSizes()
+{
+    return u"select ProjectName, count(*) from PageData group by ProjectName order by ProjectName"_s;
+}
+
 QString Statements::projectDirectory(const QString &project)
 {
     return u"select top 1 ProjectDirectory from PageData where ProjectName="_s + quoted(project);
@@ -168,6 +173,18 @@ QString Statements::htmlPath(std::int64_t id)
 QString Statements::setHtmlPath(std::int64_t id, const QString &path)
 {
     return u"update PageData set HTMLFilePath="_s + quoted(path) + u" where [ID]="_s + QString::number(id);
+}
+
+QString Statements::setImagePath(std::int64_t id, const QString &path)
+{
+    return u"update PageData set ScreenShotFilePath="_s + quoted(path) + u" where [ID]="_s +
+           QString::number(id);
+}
+
+QString Statements::moveProject(const QString &project, const QString &directory)
+{
+    return u"update PageData set HTMLFilePath=null, ProjectDirectory="_s + quoted(directory) +
+           u" where ProjectName="_s + quoted(project);
 }
 
 QString Statements::htmlDocumentPages(const QString &project)

@@ -12,6 +12,8 @@ namespace Statements
 inline constexpr const char16_t *pageTable = u"PageData";
 
 QString projectNames();
+/// Each project's name and the number of its pages.
+QString projectSizes();
 QString projectDirectory(const QString &project);
 
 /// Pages of copied images hold no directory: how many of the project's pages are such, and the directory of
@@ -65,6 +67,9 @@ QString setPageNumber(std::int64_t id, std::int32_t number);
 QString htmlPath(std::int64_t id);
 
 QString setHtmlPath(std::int64_t id, const QString &path);
+QString setImagePath(std::int64_t id, const QString &path);
+/// Another directory for a project, in which nothing has been generated yet.
+QString moveProject(const QString &project, const QString &directory);
 QString htmlDocumentPages(const QString &project);
 QString wordDocumentPages(const QString &project);
 

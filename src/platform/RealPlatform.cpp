@@ -130,3 +130,15 @@ Platform makeRealPlatform(const std::function<QString()> &wordProcessor)
     platform.spelling = std::make_unique<AbsentSpelling>();
     return platform;
 }
+
+bool displayAnswers()
+{
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return true;
+    try {
+        const X11Connection connection;
+        return true;
+    } catch (const RunTimeError &) {
+        return false;
+    }
+}

@@ -36,3 +36,7 @@ struct Platform {
 ///
 /// `wordProcessor` gives the setting of that name whenever it is wanted, see OfficeWordProcessor.
 Platform makeRealPlatform(const std::function<QString()> &wordProcessor);
+
+/// Whether windows can be shown: there is an X server that answers, a Wayland session, or another platform
+/// has been chosen for Qt.
+bool displayAnswers();
