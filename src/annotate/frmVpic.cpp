@@ -5,6 +5,7 @@
 #include "annotate/frmVpicColors.h"
 #include "annotate/frmVpicFiles.h"
 #include "annotate/frmVpicView.h"
+#include "platform/qt/ThemedIcon.h"
 #include "platform/qt/ToolTip.h"
 
 #include <QAction>
@@ -111,7 +112,7 @@ void frmVpic::buildCommands()
     tlbmain->setIconSize({24, 24});
     for (std::size_t i = 0; i < commandCount; ++i) {
         const Row &row = rows()[i];
-        auto *made = new QAction(QIcon(u":/icons/%1.svg"_s.arg(QString::fromUtf16(row.icon))),
+        auto *made = new QAction(themedIcon(QString::fromUtf16(row.icon) + u".svg"_s),
                                  QString::fromUtf16(row.toolTip), this);
         made->setObjectName(QString::fromUtf16(row.key));
         made->setToolTip(

@@ -1,5 +1,6 @@
 #include "app/CommandSet.h"
 
+#include "platform/qt/ThemedIcon.h"
 #include "platform/qt/ToolTip.h"
 
 #include <QAction>
@@ -37,7 +38,7 @@ void CommandSet::buildMenus()
         QMenu *menu = menus.value(text(row.menu));
         if (row.separatorBefore)
             menu->addSeparator();
-        auto *action = new QAction(QIcon(u":/icons/"_s + text(row.icon)), text(row.caption), &m_window);
+        auto *action = new QAction(themedIcon(text(row.icon)), text(row.caption), &m_window);
         action->setObjectName(text(row.name));
         action->setMenuRole(QAction::NoRole);
         if (*row.shortcut != '\0')

@@ -1,8 +1,9 @@
 #include "app/InstructionsPanel.h"
 
+#include "platform/qt/ThemedIcon.h"
+
 #include <QFrame>
 #include <QGridLayout>
-#include <QIcon>
 #include <QLabel>
 
 using namespace Qt::Literals::StringLiterals;
@@ -55,8 +56,7 @@ InstructionsPanel::InstructionsPanel(QWidget *parent) : QWidget(parent)
     grid->addWidget(headline, 0, 0, 1, 3);
     int row = 1;
     for (const Step &step : steps) {
-        auto *picture = new QLabel(card);
-        picture->setPixmap(QIcon(u":/icons/"_s + QLatin1StringView(step.icon)).pixmap(32, 32));
+        auto *picture = new IconPicture(themedIcon(QLatin1StringView(step.icon)), {32, 32}, card);
         auto *text = new QLabel(
             u"<b>%1</b><br>%2"_s.arg(QString::fromUtf16(step.title), QString::fromUtf16(step.text)), card);
         text->setWordWrap(true);

@@ -1,9 +1,9 @@
 #include "app/TabHost.h"
 
+#include "platform/qt/ThemedIcon.h"
 #include "platform/qt/ToolTip.h"
 
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QPointer>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -25,7 +25,7 @@ QToolButton *makeButton(QWidget *parent, const char *name, const char *icon, con
 {
     auto *button = new QToolButton(parent);
     button->setObjectName(QLatin1StringView(name));
-    button->setIcon(QIcon(u":/icons/"_s + QLatin1StringView(icon)));
+    button->setIcon(themedIcon(QLatin1StringView(icon)));
     button->setIconSize({20, 20});
     button->setAutoRaise(true);
     button->setToolTip(ToolTip::withKeys(tip, keys));

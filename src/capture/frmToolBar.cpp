@@ -1,9 +1,9 @@
 #include "capture/frmToolBar.h"
 
+#include "platform/qt/ThemedIcon.h"
+
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QIcon>
-#include <QLabel>
 #include <QToolButton>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,7 +18,7 @@ QToolButton *makeButton(QWidget *parent, const char *name, const QString &icon, 
 {
     auto *button = new QToolButton(parent);
     button->setObjectName(QLatin1StringView(name));
-    button->setIcon(QIcon(icon));
+    button->setIcon(themedIcon(icon));
     button->setIconSize(buttonIconSize);
     button->setText(text);
     button->setToolButtonStyle(text.isEmpty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
@@ -30,11 +30,11 @@ QToolButton *makeButton(QWidget *parent, const char *name, const QString &icon, 
 frmToolBar::frmToolBar(Clock &clock)
     : QWidget(nullptr,
               Qt::Window | Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus),
-      m_clock(clock), Picture1(new QLabel(this)),
-      picStop(makeButton(this, "picStop", u":/icons/stop.svg"_s, u"Stop"_s)),
-      picHelp(makeButton(this, "picHelp", u":/icons/help.svg"_s, QString())),
-      picCameraUp(QIcon(u":/icons/camera-up.svg"_s).pixmap(cameraSize)),
-      picCameraDown(QIcon(u":/icons/camera-down.svg"_s).pixmap(cameraSize))
+      m_clock(clock), picCameraUp(themedIcon(u"camera-up.svg"_s)),
+      picCameraDown(themedIcon(u"camera-down.svg"_s)),
+      Picture1(new IconPicture(picCameraUp, cameraSize, this)),
+      picStop(makeButton(this, "picStop", u"stop.svg"_s, u"Stop"_s)),
+      picHelp(makeButton(this, "picHelp", u"help.svg"_s, QString()))
 {
     setObjectName("frmToolBar"_L1);
     setWindowTitle(u"Shotly Stop Bar"_s);
@@ -42,8 +42,6 @@ frmToolBar::frmToolBar(Clock &clock)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_StyledBackground);
     Picture1->setObjectName("Picture1"_L1);
-    Picture1->setPixmap(picCameraUp);
-    Picture1->setFixedSize(cameraSize);
     picStop->setToolTip(u"Stop the capture and make the pages"_s);
     picStop->setAccessibleName(u"Stop"_s);
     picHelp->setToolTip(u"Help on capturing screens"_s);
@@ -68,9 +66,9 @@ void frmToolBar::PicIconFlash()
     showCamera(picCameraUp);
 }
 
-void frmToolBar::showCamera(const QPixmap &picture)
+void frmToolBar::showCamera(const QIcon &picture)
 {
-    Picture1->setPixmap(picture);
+    Picture1->setIcon(picture);
     Picture1->repaint(); // no event runs during a flash
 }
 

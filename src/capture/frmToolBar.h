@@ -2,9 +2,10 @@
 
 #include "platform/Clock.h"
 
+#include <QIcon>
 #include <QWidget>
 
-class QLabel;
+class IconPicture;
 class QToolButton;
 
 /// The stop bar: a small window in the top left corner of the screen, on top of all others while a capture
@@ -27,13 +28,13 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void showCamera(const QPixmap &picture);
+    void showCamera(const QIcon &picture);
 
     Clock &m_clock;
 
-    QLabel *Picture1;
+    QIcon picCameraUp;
+    QIcon picCameraDown;
+    IconPicture *Picture1;
     QToolButton *picStop;
     QToolButton *picHelp;
-    QPixmap picCameraUp;
-    QPixmap picCameraDown;
 };

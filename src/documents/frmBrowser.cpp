@@ -1,6 +1,7 @@
 #include "documents/frmBrowser.h"
 
 #include "platform/qt/BrowserAddress.h"
+#include "platform/qt/ThemedIcon.h"
 #include "platform/qt/ToolTip.h"
 #include "state/Module1.h"
 
@@ -112,7 +113,7 @@ void frmBrowser::buildCommands()
     for (std::size_t i = 0; i < commandCount; ++i) {
         const Row &row = rows()[i];
         const QKeySequence shortcut(QLatin1StringView(row.shortcut));
-        auto *made = new QAction(QIcon(u":/icons/%1.svg"_s.arg(QString::fromUtf16(row.icon))),
+        auto *made = new QAction(themedIcon(QString::fromUtf16(row.icon) + u".svg"_s),
                                  QString::fromUtf16(row.key), this);
         made->setObjectName(QString::fromUtf16(row.key));
         made->setToolTip(ToolTip::withKeys(QString::fromUtf16(row.toolTip), shortcut));

@@ -1,6 +1,7 @@
 #include "documents/frmHelp.h"
 
 #include "platform/qt/BrowserAddress.h"
+#include "platform/qt/ThemedIcon.h"
 #include "platform/qt/ToolTip.h"
 #include "state/Module1.h"
 
@@ -66,7 +67,7 @@ QAction *frmHelp::addCommand(const char16_t *name, const QString &toolTip, const
                              const QString &shortcut, const std::function<void()> &command)
 {
     auto *made =
-        new QAction(QIcon(u":/icons/%1.svg"_s.arg(QString::fromUtf16(icon))), QString::fromUtf16(name), this);
+        new QAction(themedIcon(QString::fromUtf16(icon) + u".svg"_s), QString::fromUtf16(name), this);
     made->setObjectName(QString::fromUtf16(name));
     made->setToolTip(ToolTip::withKeys(toolTip, shortcut));
     made->setShortcut(QKeySequence(shortcut));

@@ -1,6 +1,7 @@
 #include "pagestore/frmPageData1.h"
 
 #include "documents/WordFiles.h"
+#include "platform/qt/ThemedIcon.h"
 #include "platform/ShortDate.h"
 #include "ui_frmPageData1.h"
 
@@ -80,7 +81,7 @@ void frmPageData1::describeMoveButtons()
                                                          {m_ui->cmdNext, u"next"_s},
                                                          {m_ui->cmdLast, u"last"_s}};
     for (const auto &[button, icon] : buttons) {
-        button->setIcon(QIcon(u":/icons/%1.svg"_s.arg(icon)));
+        button->setIcon(themedIcon(icon + u".svg"_s));
         button->setIconSize({20, 20});
     }
 }

@@ -2,6 +2,7 @@
 
 #include "pagestore/PageOrder.h"
 #include "pagestore/Statements.h"
+#include "platform/qt/ThemedIcon.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -29,7 +30,7 @@ QToolButton *moveButton(QWidget *parent, const char *name, const QString &tip)
 {
     auto *button = new QToolButton(parent);
     button->setObjectName(QLatin1StringView(name));
-    button->setIcon(QIcon(u":/icons/%1.svg"_s.arg(QString::fromLatin1(name).mid(3).toLower())));
+    button->setIcon(themedIcon(QString::fromLatin1(name).mid(3).toLower() + u".svg"_s));
     button->setIconSize({20, 20});
     button->setToolTip(tip);
     button->setAccessibleName(tip);

@@ -5,6 +5,7 @@
 #include "paint/frmPaintMenus.h"
 #include "paint/frmPaintPanels.h"
 #include "paint/frmPaintProgress.h"
+#include "platform/qt/ThemedIcon.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
@@ -98,7 +99,7 @@ void frmPaint::buildTools()
         const int index = static_cast<int>(row.tool);
         auto *button = new QToolButton(fraTools);
         button->setObjectName(u"optTools_%1"_s.arg(index));
-        button->setIcon(QIcon(u":/icons/tool-%1.svg"_s.arg(QString::fromUtf16(toolIcons[index]))));
+        button->setIcon(themedIcon(u"tool-%1.svg"_s.arg(QString::fromUtf16(toolIcons[index]))));
         button->setIconSize({22, 22});
         button->setToolTip(QString::fromUtf16(row.caption));
         button->setCheckable(true);

@@ -119,6 +119,7 @@ void PaintCanvas::setTextColours(QColor letters, QColor ground)
         ground = qGray(letters.rgb()) < middle ? Qt::white : Qt::black;
     look.setColor(QPalette::Base, ground);
     txtText->setPalette(look);
+    txtText->viewport()->setPalette(look); // inherits nothing while the program has a style sheet
 }
 
 /// Tells the parent what the picture and the text box take.

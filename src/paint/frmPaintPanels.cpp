@@ -1,5 +1,7 @@
 #include "paint/frmPaintPanels.h"
 
+#include "platform/qt/ThemedIcon.h"
+
 #include <QButtonGroup>
 #include <QEvent>
 #include <QGridLayout>
@@ -20,8 +22,6 @@ constexpr QSize rectPicture(42, 20);
 constexpr QSize brushPicture(20, 20);
 constexpr int cellSize = 15;
 constexpr int paletteRows = 2;
-const QColor ink(0x33, 0x41, 0x55);
-const QColor inside(0x93, 0xc5, 0xfd);
 
 /// By columns: dark above light.
 constexpr QRgb cellColours[] = {
@@ -29,6 +29,16 @@ constexpr QRgb cellColours[] = {
     0x808000, 0xffff00, 0x408000, 0x80ff00, 0x008000, 0x00ff00, 0x008040, 0x00ff80, 0x008080, 0x00ffff,
     0x004080, 0x0080ff, 0x000080, 0x0000ff, 0x400080, 0x8000ff, 0x800080, 0xff00ff, 0x800040, 0xff0080,
 };
+
+QColor ink()
+{
+    return themedColour(0x334155);
+}
+
+QColor inside()
+{
+    return themedColour(0x3b82f6);
+}
 } // namespace
 
 ChoicePanel::ChoicePanel(const QString &panelName, const QString &choiceName, QSize picture, int columns,
@@ -42,17 +52,12 @@ ChoicePanel::ChoicePanel(const QString &panelName, const QString &choiceName, QS
     grid->setSpacing(1);
     int index = 0;
     for (const Choice &choice : choices) {
-        QPixmap pixmap(picture * devicePixelRatioF());
-        pixmap.setDevicePixelRatio(devicePixelRatioF());
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        painter.setPen(ink);
-        painter.setBrush(Qt::NoBrush);
-        choice.paint(painter);
-        painter.end();
         auto *button = new QToolButton(this);
         button->setObjectName(u"%1_%2"_s.arg(choiceName).arg(index));
-        button->setIcon(QIcon(pixmap));
+        button->setIcon(themedIcon(button->objectName(), picture, [paint = choice.paint](QPainter &painter) {
+            painter.setPen(ink());
+            paint(painter);
+        }));
         button->setIconSize(picture);
         button->setToolTip(choice.toolTip);
         button->setCheckable(true);
@@ -84,7 +89,7 @@ ChoicePanel *makeSizePanel(const std::vector<int> &widths, QWidget *parent)
     for (const int width : widths) {
         choices.push_back({u"%1 pixel%2"_s.arg(width).arg(width == 1 ? u""_s : u"s"_s), [width](QPainter &p) {
                                p.fillRect(3, (dotPicture.height() - width) / 2, dotPicture.width() - 6, width,
-                                          ink);
+                                          ink());
                            }});
     }
     return new ChoicePanel(u"fraOptDot"_s, u"shpDot"_s, dotPicture, 2, choices, parent);
@@ -97,10 +102,10 @@ ChoicePanel *makeFillPanel(QWidget *parent)
                            {{u"Outline only"_s, [box](QPainter &p) { p.drawRect(box); }},
                             {u"Outline and inside"_s,
                              [box](QPainter &p) {
-                                 p.setBrush(inside);
+                                 p.setBrush(inside());
                                  p.drawRect(box);
                              }},
-                            {u"Inside only"_s, [box](QPainter &p) { p.fillRect(box, inside); }}},
+                            {u"Inside only"_s, [box](QPainter &p) { p.fillRect(box, inside()); }}},
                            parent);
 }
 
@@ -113,10 +118,10 @@ ChoicePanel *makeBrushPanel(QWidget *parent)
     };
     const QRect box(c - QPoint(d, d), QSize(2 * d, 2 * d));
     return new ChoicePanel(u"fraBrush"_s, u"imgBrush"_s, brushPicture, 2,
-                           {{u"Square"_s, [box](QPainter &p) { p.fillRect(box, ink); }},
+                           {{u"Square"_s, [box](QPainter &p) { p.fillRect(box, ink()); }},
                             {u"Disc"_s,
                              [box](QPainter &p) {
-                                 p.setBrush(ink);
+                                 p.setBrush(ink());
                                  p.drawEllipse(box);
                              }},
                             {u"Square outline"_s, [box](QPainter &p) { p.drawRect(box); }},

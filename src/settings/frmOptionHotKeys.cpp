@@ -1,5 +1,6 @@
 // The hot-key editor of the options dialog.
 
+#include "platform/qt/ThemedIcon.h"
 #include "settings/frmOption.h"
 #include "settings/OptionsStore.h"
 
@@ -75,6 +76,8 @@ void frmOption::markHotKeys()
             notes += u"in use by another program"_s;
         auto *note = findChild<QLabel *>(u"lblHotKeyNote_%1"_s.arg(i));
         note->setText(notes.join(u", "_s));
-        note->setStyleSheet(notes.isEmpty() ? QString() : u"color: #c00000"_s);
+        note->setStyleSheet(notes.isEmpty()
+                                ? QString()
+                                : u"color: "_s + faultColour(palette().color(QPalette::Window)).name());
     }
 }

@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
@@ -227,6 +228,18 @@ TEST_F(frmPaintTest, ATextBoxIsWholeOnASmallPicture)
               box.fontMetrics().horizontalAdvance(box.toPlainText().section(u'\n', 0, 0)));
     QTest::keyClick(&box, Qt::Key_Escape);
     EXPECT_EQ(shown(), original);
+}
+
+TEST_F(frmPaintTest, ATextBoxShowsItsGroundInAProgramWithAStyleSheet)
+{
+    qApp->setStyleSheet(u"QToolBar { padding: 2px; }"_s);
+    const auto restore = qScopeGuard([] { qApp->setStyleSheet({}); });
+    frmPaint styled{{state, prompter, workspace}};
+    styled.show();
+    QTest::mouseClick(styled.findChild<QLabel *>(u"lblColor_11"_s), Qt::RightButton);
+    auto *box = styled.findChild<QPlainTextEdit *>(u"txtText"_s);
+    box->show();
+    EXPECT_EQ(box->grab().toImage().pixelColor(box->width() - 8, 8), QColor(Qt::yellow));
 }
 
 TEST_F(frmPaintTest, TheWheelZoomsWithControlAndTheRightButtonDoesNot)

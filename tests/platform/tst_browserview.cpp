@@ -7,12 +7,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QLabel>
 #include <QPdfWriter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextCursor>
 
 using namespace Qt::Literals::StringLiterals;
 using BrowserAddress::Kind;
@@ -143,6 +145,28 @@ TEST_F(BrowserViewTest, WhatCannotBeShownIsToldInThePlaceOfThePage)
     view->Navigate(write(u"guide.pdf"_s, "%PDF"));
     EXPECT_EQ(outside,
               (QStringList{u"https://example.com/"_s, u"file://"_s + folder.filePath(u"guide.pdf"_s)}));
+}
+
+TEST_F(BrowserViewTest, PagesKeepTheirColoursOnADarkDesktop)
+{
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(0x32, 0x32, 0x32)));
+    const auto made = WidgetBrowsers(folder.filePath(u"missing.so"_s)).make();
+    made->Navigate(write(u"page.htm"_s,
+                         "<style>.c { color: #aa0000; }</style>"
+                         "<a href='b.htm'>b</a><a class='c' href='c.htm'>c</a><a name='d'>d</a>"));
+    auto *shown = made->widget()->findChild<TextBrowserView *>();
+    const auto colourAt = [shown](int position) {
+        QTextCursor cursor(shown->document());
+        cursor.setPosition(position);
+        return cursor.charFormat().foreground().color();
+    };
+    EXPECT_EQ(colourAt(1), QColor(0x00, 0x00, 0xee));
+    EXPECT_EQ(colourAt(2), QColor(0xaa, 0x00, 0x00));
+    EXPECT_EQ(colourAt(3), QColor(Qt::black)) << "no link";
+    EXPECT_EQ(shown->palette().color(QPalette::Text), QColor(Qt::black));
+    EXPECT_EQ(shown->viewport()->palette().color(QPalette::Base), QColor(Qt::white));
+    QApplication::setPalette(before);
 }
 
 TEST_F(BrowserViewTest, PagesAreReadAsBrowsersReadThem)

@@ -1,5 +1,7 @@
 #include "platform/qt/SpellingDialog.h"
 
+#include "platform/qt/ThemedIcon.h"
+
 #include "platform/linux/SpellingSession.h"
 #include "platform/qt/Guarded.h"
 
@@ -27,12 +29,6 @@ QPushButton *makeButton(QWidget *parent, QLatin1StringView name, const QString &
     button->setObjectName(name);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
-}
-
-/// A red that can be read on `background`.
-QColor misspeltColour(const QColor &background)
-{
-    return background.lightness() < 128 ? QColor(0xff, 0x7b, 0x72) : QColor(0xc0, 0x00, 0x00);
 }
 } // namespace
 
@@ -140,7 +136,7 @@ void SpellingDialog::showContext()
     const SpellingContext context = m_session.context();
     QTextCharFormat misspelt;
     misspelt.setFontWeight(QFont::Bold);
-    misspelt.setForeground(misspeltColour(txtContext->palette().color(QPalette::Base)));
+    misspelt.setForeground(faultColour(txtContext->palette().color(QPalette::Base)));
     txtContext->clear();
     QTextCursor cursor = txtContext->textCursor();
     cursor.insertText(context.before, {});

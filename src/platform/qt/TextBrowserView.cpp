@@ -75,8 +75,8 @@ TextBrowserView::TextBrowserView()
     QPalette paper = palette();
     paper.setColor(QPalette::Base, Qt::white);
     paper.setColor(QPalette::Text, Qt::black);
-    paper.setColor(QPalette::Link, QColor(0x0000ee));
     setPalette(paper);
+    document()->setDefaultStyleSheet(u"a:link { color: #0000ee; }"_s); // no palette of a widget serves links
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl &link) { open(link, true); });
     document()->setDocumentMargin(margin);
     connect(this, &QTextBrowser::sourceChanged, this, [this](const QUrl &address) {
