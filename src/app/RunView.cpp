@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QInputEvent>
+#include <QScreen>
 
 RunView::RunView(Clock &clock, QWidget &mainWindow) : m_clock(clock), m_mainWindow(mainWindow)
 {
@@ -13,7 +14,9 @@ void RunView::showStopBar()
     m_stopBar = std::make_unique<frmToolBar>(m_clock);
     connect(m_stopBar.get(), &frmToolBar::stopRequested, this, &RunView::stopRequested);
     connect(m_stopBar.get(), &frmToolBar::helpRequested, this, &RunView::helpRequested);
-    m_stopBar->move(0, 0);
+    // The corner of the desktop may be one that no monitor shows.
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    m_stopBar->move(screen ? screen->geometry().topLeft() : QPoint());
     m_stopBar->show();
 }
 

@@ -15,6 +15,12 @@ namespace
 {
 constexpr int escapeWait = 50; // milliseconds
 constexpr int rightButton = 2;
+
+bool isOfPointer(const InputEvent &event)
+{
+    return event.kind == InputEvent::Kind::MouseDown || event.kind == InputEvent::Kind::MouseUp ||
+           event.kind == InputEvent::Kind::MouseMove;
+}
 } // namespace
 
 CaptureRun::CaptureRun(const Services &services, ScreenGrabbing &grabbing, SnapshotFiles &files)
@@ -161,6 +167,7 @@ void CaptureRun::startWatching(EventSink sink)
     state.CaptureRunning = true;
     state.TrayAllowed = false;
     m_services.view.deleteTrayIcon();
+    m_grabbing.followPointer();
     try {
         m_services.hook.start(
             [this, passOn = std::move(sink)](const InputEvent &event) { deliver(passOn, event); });
@@ -202,6 +209,8 @@ bool CaptureRun::beginJournal()
 
 void CaptureRun::deliver(const EventSink &sink, const InputEvent &event)
 {
+    if (isOfPointer(event))
+        m_grabbing.setLastPointer(event.position);
     try {
         sink(event);
     } catch (const RunTimeError &error) {
@@ -242,7 +251,6 @@ void CaptureRun::keyUp(int keyCode)
 void CaptureRun::mouseUp(const InputEvent &event)
 {
     Module1 &state = m_services.state;
-    m_grabbing.setLastPointer(event.position);
     state.PointerX = event.position.x();
     state.PointerY = event.position.y();
     if (event.button == rightButton) {

@@ -13,8 +13,12 @@ class ScreenGrabbing
 public:
     ScreenGrabbing(Module1 &state, Screen &screen);
 
-    /// The monitor that whole-screen pictures show is the one that holds `point`.
+    /// The monitor that whole-screen pictures show is the one that holds `point`, where the pointer's last
+    /// event fell.
     void setLastPointer(QPoint point) { m_lastPointer = point; }
+
+    /// As if the last event of the pointer had been where it is now.
+    void followPointer() { setLastPointer(m_screen.pointerPosition()); }
 
     /// That monitor.
     QRect desktop() const;

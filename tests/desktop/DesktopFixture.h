@@ -10,6 +10,7 @@
 #include "support/TestState.h"
 
 #include <QApplication>
+#include <QColorSpace>
 #include <QComboBox>
 #include <QProcess>
 #include <QTest>
@@ -17,6 +18,25 @@
 #include <functional>
 
 constexpr int desktopPatience = 10'000; // milliseconds
+
+/// The pixels of a picture, read by Qt.
+inline QImage pictureIn(const QString &file)
+{
+    QImage picture = QImage(file).convertToFormat(QImage::Format_RGB32);
+    picture.setColorSpace({}); // what the file says of its colours does not count
+    return picture;
+}
+
+/// The rectangle around all pixels outside `except` in which pictures of one size differ.
+inline QRect difference(const QImage &a, const QImage &b, const QRect &except = {})
+{
+    QRect found;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (!except.contains(x, y) && a.pixel(x, y) != b.pixel(x, y))
+                found |= QRect(x, y, 1, 1);
+    return found;
+}
 
 /// The main window on a real display: real clicks and keys, real window manager, real database.
 class DesktopTest : public ::testing::Test, protected TestState
@@ -69,15 +89,45 @@ protected:
             platform.inputHook->stop();
     }
 
-    /// Real input, while the program's event loop runs.
-    static void xdotool(const QStringList &words)
+    /// Another program and what it prints, while the program's event loop runs.
+    static QString run(const QString &program, const QStringList &words)
     {
         QProcess process;
-        process.start(QStringLiteral("xdotool"), words);
+        process.start(program, words);
         EXPECT_TRUE(
             QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, desktopPatience));
-        EXPECT_EQ(process.exitCode(), 0) << words.join(u' ').toStdString();
+        EXPECT_EQ(process.exitCode(), 0) << (program + u' ' + words.join(u' ')).toStdString();
+        return QString::fromUtf8(process.readAllStandardOutput());
     }
+    /// Real input.
+    static void xdotool(const QStringList &words) { run(QStringLiteral("xdotool"), words); }
+    /// The screen as another program reads it.
+    QImage root()
+    {
+        const QString file = folder.filePath(QStringLiteral("root.png"));
+        QApplication::processEvents();
+        run(QStringLiteral("import"),
+            {QStringLiteral("-silent"), QStringLiteral("-window"), QStringLiteral("root"), file});
+        return pictureIn(file);
+    }
+    static void xrandr(const QString &words) { run(QStringLiteral("xrandr"), words.split(u' ')); }
+    static void addMonitor(const QString &name, const QRect &area, const QString &output)
+    {
+        xrandr(QStringLiteral("--setmonitor %1 %2/200x%3/200+%4+%5 %6")
+                   .arg(name)
+                   .arg(area.width())
+                   .arg(area.height())
+                   .arg(area.x())
+                   .arg(area.y())
+                   .arg(output));
+    }
+    /// Two monitors instead of the one that is there by itself, the right one the primary.
+    static void setMonitors(const QRect &left, const QRect &right)
+    {
+        addMonitor(QStringLiteral("*right"), right, QStringLiteral("screen"));
+        addMonitor(QStringLiteral("left"), left, QStringLiteral("none"));
+    }
+    static void removeMonitor(const QString &name) { xrandr(QStringLiteral("--delmonitor ") + name); }
     static void click(QPoint position, int button = 1)
     {
         xdotool({QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()),

@@ -9,7 +9,6 @@
 #include "platform/VirtualKeys.h"
 
 #include <QAction>
-#include <QColorSpace>
 #include <QMessageBox>
 #include <QPainter>
 #include <QWindow>
@@ -70,18 +69,6 @@ protected:
         platform.screen->waitUntilAtRest(patience);
     }
 
-    /// The screen as another program reads it.
-    QImage root()
-    {
-        const QString file = folder.filePath(u"root.png"_s);
-        QApplication::processEvents();
-        QProcess reader;
-        reader.start(u"import"_s, {u"-silent"_s, u"-window"_s, u"root"_s, file});
-        EXPECT_TRUE(QTest::qWaitFor([&] { return reader.state() == QProcess::NotRunning; }, patience));
-        QImage picture = QImage(file).convertToFormat(QImage::Format_RGB32);
-        picture.setColorSpace({}); // what the file says of its colours does not count
-        return picture;
-    }
     static QWidget *overlay()
     {
         for (QWidget *widget : QApplication::topLevelWidgets())
@@ -130,17 +117,6 @@ protected:
         return ImageFile::load(path);
     }
 };
-
-/// The rectangle around all pixels outside `except` in which the pictures differ.
-QRect difference(const QImage &a, const QImage &b, const QRect &except = {})
-{
-    QRect found;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            if (!except.contains(x, y) && a.pixel(x, y) != b.pixel(x, y))
-                found |= QRect(x, y, 1, 1);
-    return found;
-}
 } // namespace
 
 TEST_F(RegionTest, TheRegionHasThePixelsOfTheMomentWhenTheOverlayOpened)
@@ -286,23 +262,24 @@ TEST_F(RegionTest, AllMonitorsAreCoveredWhereverThePrimaryOneIs)
 {
     const QSize desktop = platform.screen->desktop().size();
     const int half = desktop.width() / 2;
-    const auto xrandr = [](const QString &words) {
-        QProcess process;
-        process.start(u"xrandr"_s, words.split(u' '));
-        EXPECT_TRUE(process.waitForFinished(patience));
-        EXPECT_EQ(process.exitCode(), 0) << words.toStdString();
-        QApplication::processEvents();
+    const int third = desktop.width() / 3;
+    const std::pair<QRect, QRect> layouts[] = {
+        {{0, 0, half, desktop.height()}, {half, 0, desktop.width() - half, desktop.height()}},
+        // Of different size, and none has the desktop's corner.
+        {{0, 101, third, desktop.height() - 101}, {third, 0, desktop.width() - third, 555}},
     };
-    xrandr(u"--setmonitor *right %1/200x%2/200+%3+0 screen"_s.arg(desktop.width() - half)
-               .arg(desktop.height())
-               .arg(half));
-    xrandr(u"--setmonitor left %1/200x%2/200+0+0 none"_s.arg(half).arg(desktop.height()));
-    const QImage before = root();
-    open();
-    EXPECT_EQ(QGuiApplication::screens().size(), 2);
-    EXPECT_EQ(difference(root(), before), QRect());
-    const QRect region(half - 150, 200, 300, 100);
-    EXPECT_EQ(captured({half - 150, 200}, {half + 150, 300}), before.copy(region));
-    xrandr(u"--delmonitor left"_s);
-    xrandr(u"--delmonitor right"_s);
+    for (const auto &[left, right] : layouts) {
+        window->minimise();
+        setMonitors(left, right);
+        EXPECT_TRUE(QTest::qWaitFor([] { return QGuiApplication::screens().size() == 2; }, patience));
+        platform.screen->waitUntilAtRest(patience);
+        const QImage before = root();
+        open();
+        EXPECT_EQ(difference(root(), before), QRect());
+        const QRect region(right.x() - 150, 200, 300, 100);
+        EXPECT_EQ(captured(region.topLeft(), region.bottomRight() + QPoint(1, 1)), before.copy(region));
+        removeMonitor(u"left"_s);
+        removeMonitor(u"right"_s);
+        EXPECT_TRUE(QTest::qWaitFor([] { return QGuiApplication::screens().size() == 1; }, patience));
+    }
 }
