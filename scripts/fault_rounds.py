@@ -538,6 +538,7 @@ def later_starts(case):
     expect(case.command() == 0, "a second program")
     expect(case.command("--begin", PROJECT) == 1, "a second run")
     expect(case.records() == 2, "the run was touched")
+    expect(case.journals()[0].stat().st_mode & 0o077 == 0, "others can read the journal")
     expect(case.command("--stop") == 0 and not case.stop_bar(), "the run goes on")
     expect(case.command("--stop") == 1, "stopped twice")
     case.check_quiet()

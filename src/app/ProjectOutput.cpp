@@ -86,7 +86,7 @@ QString ProjectOutput::unusedName(const QString &name) const
 
 void ProjectOutput::deliver()
 {
-    QStringList names = QDir(m_pages).entryList(QDir::Files);
+    QStringList names = QDir(m_pages).entryList(QDir::Files | QDir::Hidden);
     // The page that leads to all others comes when they are there.
     std::ranges::stable_partition(names, [](const QString &name) { return name != "index.htm"_L1; });
     for (const QString &name : names)

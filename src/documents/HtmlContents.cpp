@@ -90,7 +90,7 @@ public:
                 m_changedPaths += Statements::setHtmlPath(page.ID, path);
             const QString fileName = FileSystem::bareName(path).trimmed();
             m_contents +=
-                HtmlText::encode(contentsRow(m_pages, HtmlText::EscapeHtmlText(fileName), page.PageTitle));
+                HtmlText::encode(contentsRow(m_pages, HtmlText::fileReference(fileName), page.PageTitle));
             if (m_waiting.size() == atOnce)
                 startWriting(progress);
             if (!progress.step(m_pages))

@@ -65,7 +65,7 @@ HtmlPageWriter::HtmlPageWriter(Module1 &state, Prompter &prompter) : m_state(sta
 
 QByteArray HtmlPageWriter::pageBytes(const HtmlPage &page) const
 {
-    const QString pictureName = HtmlText::EscapeHtmlText(FileSystem::bareName(page.ScreenShotFilePath));
+    const QString pictureName = HtmlText::fileReference(FileSystem::bareName(page.ScreenShotFilePath));
     const auto block = [this](const QString &comment, const QString &text, TextRole role) {
         return textBlock(comment, text, m_state.AppOptions.HtmlStyles[static_cast<std::size_t>(role)]);
     };

@@ -71,6 +71,22 @@ QString HtmlText::EscapeHtmlText(const QString &text)
     return escaped;
 }
 
+QString HtmlText::fileReference(const QString &name)
+{
+    constexpr char16_t blank = u' ';
+    constexpr char16_t deleted = 0x7F;
+    const QStringView special = u"\"'<>&%#?:\\";
+    QString reference;
+    reference.reserve(name.size());
+    for (const QChar character : name) {
+        if (character < blank || character == deleted || special.contains(character))
+            reference += u"%%1"_s.arg(character.unicode(), 2, 16, QChar(u'0')).toUpper();
+        else
+            reference += character;
+    }
+    return reference;
+}
+
 QByteArray HtmlText::encode(const QString &text)
 {
     constexpr qsizetype longestReference = 10; // "&#1114111;"

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <csignal>
 
@@ -14,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-// ".shotly-replaced-<process>-<counter>"
+// ".shotly-replaced-<process>-<random>"
 const QString olderPrefix = u".shotly-replaced-"_s;
 
 /// Folders of processes that were killed: what lies in them has been replaced since.
@@ -77,9 +78,10 @@ void MovedDocuments::moveOne(const QString &name)
     Moved moved{name, older.isSymLink() || older.isFile()};
     try {
         if (moved.replaced) {
-            for (int i = 0; m_olderFolder.isEmpty(); ++i) {
+            while (m_olderFolder.isEmpty()) {
                 const QString folder =
-                    olderPrefix + u"%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(i);
+                    olderPrefix + u"%1-%2"_s.arg(QCoreApplication::applicationPid())
+                                      .arg(QRandomGenerator::system()->generate64(), 0, 36);
                 if (QDir(m_oldFolder).exists(folder))
                     continue;
                 m_files.createFolder(FileSystem::join(m_oldFolder, folder));

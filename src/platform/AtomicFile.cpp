@@ -4,9 +4,9 @@
 #include "platform/linux/SystemError.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 
 #include <algorithm>
-#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -21,7 +21,7 @@
 
 namespace
 {
-// A temporary file is called ".shotly-<process>-<counter>.tmp": short, so that it fits wherever the target's
+// A temporary file is called ".shotly-<process>-<random>.tmp": short, so that it fits wherever the target's
 // name does.
 constexpr std::string_view temporaryPrefix = ".shotly-";
 constexpr std::string_view temporarySuffix = ".tmp";
@@ -41,6 +41,13 @@ QByteArray folderOf(const QByteArray &path)
     return separator == 0 ? QByteArrayLiteral("/") : path.left(separator);
 }
 
+/// Nobody can have put something of that name there.
+QByteArray unusedName()
+{
+    return temporaryPrefix.data() + QByteArray::number(::getpid()) + '-' +
+           QByteArray::number(QRandomGenerator::system()->generate64(), 36) + temporarySuffix.data();
+}
+
 bool syncPath(const QByteArray &path) noexcept
 {
     const FileDescriptor descriptor(::open(path.constData(), O_RDONLY | O_CLOEXEC));
@@ -48,8 +55,8 @@ bool syncPath(const QByteArray &path) noexcept
 }
 } // namespace
 
-AtomicFile::Replacement::Replacement(const QString &path)
-    : m_path(path), m_target(QFile::encodeName(path)), m_descriptor(create())
+AtomicFile::Replacement::Replacement(const QString &path, Access access)
+    : m_path(path), m_access(access), m_target(QFile::encodeName(path)), m_descriptor(create())
 {
 }
 
@@ -82,7 +89,7 @@ int AtomicFile::Replacement::create()
         if (::access(m_target.constData(), W_OK) != 0)
             fail(errno);
     }
-    const int number = openTemporary(m_replaces ? 0600 : 0666);
+    const int number = openTemporary(m_replaces || m_access == Access::OwnerAlone ? 0600 : 0666);
     // Fails on file systems without permissions of their own, where there is nothing to keep.
     if (m_replaces)
         (void)::fchmod(number, status.st_mode & 07777U);
@@ -91,15 +98,12 @@ int AtomicFile::Replacement::create()
 
 int AtomicFile::Replacement::openTemporary(unsigned mode)
 {
-    static std::atomic<unsigned> counter{0};
     const QByteArray folder = folderOf(m_target);
     for (;;) {
-        m_temporary = folder + '/' + temporaryPrefix.data() + QByteArray::number(::getpid()) + '-' +
-                      QByteArray::number(counter.fetch_add(1)) + temporarySuffix.data();
+        m_temporary = folder + '/' + unusedName();
         const int number = ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (number >= 0)
             return number;
-        // Left over from a process that was killed and had the same number, perhaps on another machine.
         if (errno == EEXIST || errno == EINTR)
             continue;
         const int code = errno;
@@ -160,9 +164,9 @@ void AtomicFile::Replacement::fail(int code) const
     throw systemError(code, QStringLiteral("Cannot write the file \"%1\"").arg(m_path));
 }
 
-void AtomicFile::write(const QString &path, std::span<const QByteArrayView> pieces)
+void AtomicFile::write(const QString &path, std::span<const QByteArrayView> pieces, Access access)
 {
-    Replacement file(path);
+    Replacement file(path, access);
     file.append(pieces);
     file.takeTheName();
 }
@@ -184,6 +188,11 @@ void AtomicFile::copy(const QString &source, const QString &target)
         to.append(QByteArrayView(buffer.data(), count));
     }
     to.takeTheName();
+}
+
+QString AtomicFile::temporaryName(const QString &folder)
+{
+    return folder + u'/' + QString::fromLatin1(unusedName());
 }
 
 void AtomicFile::removeLeftOvers(const QString &folder)

@@ -15,12 +15,18 @@
 /// user may not write, a folder or a device under the name is refused.
 namespace AtomicFile
 {
+/// Who may read a file that was not there before.
+enum class Access {
+    AsTheUserCreates, ///< all that the user's mask allows
+    OwnerAlone
+};
+
 /// A file of a temporary name that takes its place only when everything has been written to it; destroyed
 /// before, it leaves nothing behind. Every function throws like write().
 class Replacement
 {
 public:
-    explicit Replacement(const QString &path);
+    explicit Replacement(const QString &path, Access access = Access::AsTheUserCreates);
     ~Replacement();
     Replacement(const Replacement &) = delete;
     Replacement &operator=(const Replacement &) = delete;
@@ -39,6 +45,7 @@ private:
     [[noreturn]] void fail(int code) const;
 
     QString m_path;
+    Access m_access;
     QByteArray m_target;
     QByteArray m_temporary;
     bool m_replaces = false;
@@ -47,12 +54,17 @@ private:
 
 /// Replaces or creates `path` with the pieces one after the other. Throws RunTimeError naming the file and
 /// the reason; nothing is left behind then.
-void write(const QString &path, std::span<const QByteArrayView> pieces);
+void write(const QString &path, std::span<const QByteArrayView> pieces,
+           Access access = Access::AsTheUserCreates);
 void write(const QString &path, QByteArrayView bytes);
 
 /// Replaces or creates `target` with the bytes of the file `source`. Throws like write(); a source that is
 /// missing or cannot be read leaves the target as it was.
 void copy(const QString &source, const QString &target);
+
+/// A name in `folder` (without a trailing separator) for a temporary file, which nobody can foresee and
+/// removeLeftOvers() knows.
+QString temporaryName(const QString &folder);
 
 /// Deletes the temporary files in `folder` whose writers were killed; whatever fails is left for another
 /// time.

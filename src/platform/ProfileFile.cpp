@@ -212,5 +212,5 @@ void ProfileFile::write(const QString &path, std::span<const Entry> entries)
         pieces.emplace_back(line.bytes);
         pieces.emplace_back(line.end);
     }
-    AtomicFile::write(path, pieces);
+    AtomicFile::write(path, pieces, AtomicFile::Access::OwnerAlone);
 }

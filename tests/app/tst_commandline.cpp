@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QImage>
 #include <QProcess>
+#include <QUrl>
 
 #include <future>
 
@@ -70,12 +71,13 @@ protected:
         add(u"Dear \"$(touch x)\" 'friend'; ok"_s, {}, 1);
     }
 
-    void add(const QString &project, const QString &picture, int number)
+    void add(QString project, QString picture, int number)
     {
+        for (QString *text : {&project, &picture})
+            text->replace(u'"', u"\"\""_s);
         execute(u"insert into PageData(ProjectName, ProjectDirectory, PageNumber, PageTitle, PageStatus, "
                 "ScreenShotFilePath) values(\"%1\",\"%2\",%3,\"T\",\"OK\",\"%4\")"_s.arg(
-                    QString(project).replace(u'"', u"\"\""_s), state.ProjectDirectory,
-                    QString::number(number), picture));
+                    project, state.ProjectDirectory, QString::number(number), picture));
     }
 
     Outcome shotly(const QStringList &arguments)
@@ -157,6 +159,50 @@ TEST_F(ProgramTest, GeneratesInTheProjectOrElsewhere)
     EXPECT_EQ(shotly({u"--generate"_s, u"Demo"_s, u"--output"_s, u"file"_s}).code, 1);
     QDir(state.ProjectDirectory).removeRecursively();
     EXPECT_EQ(shotly({u"--generate"_s, u"Demo"_s}).code, 1);
+}
+
+/// What a browser makes of the references of a page.
+static QStringList referencesOf(const QByteArray &html, const QByteArray &before, char end)
+{
+    QStringList names;
+    for (qsizetype at = html.indexOf(before); at >= 0; at = html.indexOf(before, at + 1)) {
+        const qsizetype from = at + before.size();
+        names += QUrl(QString::fromLatin1(html.sliced(from, html.indexOf(end, from) - from))).path();
+    }
+    return names;
+}
+
+TEST_F(ProgramTest, FileNamesOfAnyKindLeadToTheirFiles)
+{
+    const QStringList names = {u"a b"_s,
+                               u"it's \"quoted\""_s,
+                               u"$(touch x);`touch y`|&"_s,
+                               u"..x"_s,
+                               u"line\nbreak"_s,
+                               u"<script>alert(1)<"_s,
+                               u"' onmouseover='alert(1)"_s,
+                               u"100%41#top?query:file\\n"_s,
+                               u"\u00f6"_s.repeated(125) + u'x'}; // 255 bytes with its ending
+    for (int i = 0; i < names.size(); ++i) {
+        const QString picture = inProject(names[i] + u".bmp"_s);
+        EXPECT_TRUE(QImage(8, 8, QImage::Format_RGB32).save(picture));
+        add(u"Names"_s, picture, i);
+    }
+    for (const QStringList &where : {QStringList(), {u"--output"_s, u"out"_s}}) {
+        const Outcome outcome =
+            shotly(QStringList{u"--generate"_s, u"Names"_s, u"--format"_s, u"all"_s} + where);
+        EXPECT_EQ(outcome.code, 0) << outcome.complaint.toStdString();
+        const QDir target(where.isEmpty() ? state.ProjectDirectory : at(u"out"_s));
+        EXPECT_TRUE(target.exists(u"Names.pdf"_s));
+        const QStringList links = referencesOf(read(target.filePath(u"index.htm"_s)), "href='", '\'');
+        ASSERT_EQ(links.size(), names.size());
+        for (int i = 0; i < names.size(); ++i) {
+            EXPECT_EQ(links[i], names[i] + u".htm"_s);
+            EXPECT_EQ(referencesOf(read(target.filePath(links[i])), "src=\r\n\"", '"'),
+                      QStringList(names[i] + u".bmp"_s));
+        }
+    }
+    EXPECT_FALSE(QFile::exists(at(u"x"_s)) || QFile::exists(at(u"y"_s)));
 }
 
 TEST(RunningInstanceTest, TheFirstAnswersThoseThatComeLater)

@@ -69,7 +69,7 @@ TEST_F(HtmlPageWriterTest, aPageIsReplacedAsAWholeAndNamesItsPictureWithoutFolde
     t.write(t.inProject(u"x.htm"_s), QByteArray(100000, 'x'));
     writer.WritePageHtml(page, t.inProject(u"x.htm"_s));
     const QByteArray bytes = t.read(t.inProject(u"x.htm"_s));
-    EXPECT_TRUE(bytes.contains("<img src=\r\n\"a&lt;b.bmp\"\r\n>") && bytes.endsWith("</body></html>"));
+    EXPECT_TRUE(bytes.contains("<img src=\r\n\"a%3Cb.bmp\"\r\n>") && bytes.endsWith("</body></html>"));
     t.state.FileSystem.createFolder(t.inProject(u"y.htm"_s));
     try {
         writer.WritePageHtml(page, t.inProject(u"y.htm"_s));

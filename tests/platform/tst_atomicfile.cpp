@@ -151,6 +151,10 @@ TEST_F(AtomicFileTest, permissionsAreKeptAndRespected)
     AtomicFile::write(path("new"), "1");
     ::umask(oldMask);
     EXPECT_EQ(permissions(path("new")), 0640U);
+    const QByteArrayView secret("secret");
+    AtomicFile::write(path("own"), std::span(&secret, 1), AtomicFile::Access::OwnerAlone);
+    EXPECT_EQ(permissions(path("own")), 0600U);
+    QFile::remove(path("own"));
     setPermissions(m_old, 0604);
     AtomicFile::write(m_old, "2");
     EXPECT_EQ(permissions(m_old), 0604U);

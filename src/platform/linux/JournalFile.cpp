@@ -12,7 +12,7 @@
 
 namespace
 {
-constexpr int accessRights = 0666; // less the user's mask
+constexpr int accessRights = 0600; // what was done on a screen is nobody else's
 
 [[noreturn]] void fail(int code, const QString &path)
 {

@@ -9,7 +9,6 @@
 
 #include <QFile>
 
-#include <atomic>
 #include <sqlite3.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -29,14 +28,13 @@ class UnfinishedCopy
 public:
     explicit UnfinishedCopy(const QString &target) : m_target(target)
     {
-        static std::atomic<unsigned> counter{0};
-        const QString folder = target.left(target.lastIndexOf(u'/') + 1);
+        const qsizetype separator = target.lastIndexOf(u'/');
+        const QString folder = separator < 0 ? u"."_s : target.left(separator);
         int descriptor = -1;
         do {
-            m_path = u"%1.shotly-%2-b%3.tmp"_s.arg(folder, QString::number(::getpid()),
-                                                   QString::number(counter.fetch_add(1)));
+            m_path = AtomicFile::temporaryName(folder);
             descriptor =
-                ::open(QFile::encodeName(m_path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+                ::open(QFile::encodeName(m_path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         } while (descriptor < 0 && (errno == EEXIST || errno == EINTR));
         if (descriptor < 0)
             fail(errno);
