@@ -25,7 +25,9 @@ namespace
 {
 using Action = CommandLine::Action;
 
-constexpr int misunderstood = 2; // exit code
+constexpr int misunderstood = 2;  // exit code
+constexpr int untilAnswered = -1; // the user may be asked something first
+constexpr int showLimit = 10'000; // milliseconds
 
 QStringList argumentsOf(int argc, char **argv)
 {
@@ -82,8 +84,9 @@ int performWithoutWindow(const CommandLine &line, int argc, char **argv)
     }
     Platform platform = makeRealPlatform([&state] { return state.AppOptions.WordProcessor; });
     if (line.action == Action::StopRun)
-        return answered(RunningInstance::send(*platform.clock, state.ApplicationPath, {u"stop"_s})
-                            .value_or(u"Shotly is not running."_s));
+        return answered(
+            RunningInstance::send(*platform.clock, state.ApplicationPath, {u"stop"_s}, untilAnswered)
+                .value_or(u"Shotly is not running."_s));
     switch (line.action) {
     case Action::Generate:
         return CommandLineWork::generate(state, platform, line);
@@ -126,7 +129,8 @@ int showWindow(const CommandLine &line, int argc, char **argv)
     }
     Platform platform = makeRealPlatform([&state] { return state.AppOptions.WordProcessor; });
     const RunningInstance::Request request = requestOf(line);
-    if (const auto answer = RunningInstance::send(*platform.clock, state.ApplicationPath, request))
+    const int limit = line.action == Action::BeginRun ? untilAnswered : showLimit;
+    if (const auto answer = RunningInstance::send(*platform.clock, state.ApplicationPath, request, limit))
         return answered(*answer);
     UserSettings settings;
     DisplaySwitch display({state, *platform.displayModes, settings, prompter, state.ApplicationPath});
@@ -142,7 +146,7 @@ int showWindow(const CommandLine &line, int argc, char **argv)
     // who is the first.
     RunningInstance instance(state.ApplicationPath);
     if (!instance.isFirst()) {
-        if (const auto answer = RunningInstance::send(*platform.clock, state.ApplicationPath, request))
+        if (const auto answer = RunningInstance::send(*platform.clock, state.ApplicationPath, request, limit))
             return answered(*answer);
     }
     FailureBox failures(prompter);

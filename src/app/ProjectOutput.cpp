@@ -88,7 +88,8 @@ void ProjectOutput::deliver()
 {
     QStringList names = QDir(m_pages).entryList(QDir::Files | QDir::Hidden);
     // The page that leads to all others comes when they are there.
-    std::ranges::stable_partition(names, [](const QString &name) { return name != "index.htm"_L1; });
+    std::stable_partition(names.begin(), names.end(),
+                          [](const QString &name) { return name != "index.htm"_L1; });
     for (const QString &name : names)
         m_state.FileSystem.moveFile(FileSystem::join(m_pages, name), FileSystem::join(m_folder, name));
 }

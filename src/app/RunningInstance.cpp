@@ -88,7 +88,7 @@ void RunningInstance::serve(QLocalSocket &caller)
 }
 
 std::optional<QString> RunningInstance::send(Clock &clock, const QString &applicationFolder,
-                                             const Request &request)
+                                             const Request &request, int limit)
 {
     QLocalSocket socket;
     QElapsedTimer waited;
@@ -112,6 +112,7 @@ std::optional<QString> RunningInstance::send(Clock &clock, const QString &applic
         stream >> answer;
         if (stream.commitTransaction())
             return answer;
-    } while (socket.waitForReadyRead(-1));
-    return u"Shotly has ended."_s;
+    } while (socket.waitForReadyRead(limit));
+    return socket.state() == QLocalSocket::ConnectedState ? u"Shotly runs already, but does not answer."_s
+                                                          : u"Shotly has ended."_s;
 }

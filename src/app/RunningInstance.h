@@ -29,10 +29,11 @@ public:
     /// Requests come to the handler from the event loop; while it lets events run, more may come.
     void listen(Handler handler);
 
-    /// Hands a request to the first one and waits for its answer, however long the user takes over it.
-    /// Nothing when nobody listens, also not within the seconds that a start takes while the lock is held.
-    static std::optional<QString> send(Clock &clock, const QString &applicationFolder,
-                                       const Request &request);
+    /// Hands a request to the first one and waits for its answer: at most `limit` milliseconds, or, when that
+    /// is negative, however long its user takes over it. Nothing when nobody listens, also not within the
+    /// seconds that a start takes while the lock is held.
+    static std::optional<QString> send(Clock &clock, const QString &applicationFolder, const Request &request,
+                                       int limit);
 
 private:
     void serve(QLocalSocket &caller);

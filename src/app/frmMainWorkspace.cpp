@@ -251,7 +251,7 @@ QString frmMain::control(const QStringList &request)
             mPopRestore_Click();
         if (wanted == u"show"_s && !busy && !m_state.CaptureRunning) {
             m_state.CommandLinePath = request.value(1);
-            openCommandLinePicture();
+            QTimer::singleShot(0, this, guarded(*m_failures, [this] { openCommandLinePicture(); }));
         }
     });
     return refusal;

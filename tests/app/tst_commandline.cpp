@@ -209,7 +209,7 @@ TEST(RunningInstanceTest, TheFirstAnswersThoseThatComeLater)
 {
     QTemporaryDir folder;
     FakeClock clock;
-    EXPECT_EQ(RunningInstance::send(clock, folder.path(), {u"show"_s}), std::nullopt);
+    EXPECT_EQ(RunningInstance::send(clock, folder.path(), {u"show"_s}, -1), std::nullopt);
     for (int start = 0; start < 2; ++start) { // the second comes after one that has gone
         RunningInstance first(folder.path());
         EXPECT_TRUE(first.isFirst());
@@ -222,15 +222,18 @@ TEST(RunningInstanceTest, TheFirstAnswersThoseThatComeLater)
         EXPECT_EQ(QFile::permissions(folder.filePath(u"control"_s)) &
                       (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
                   QFile::Permissions());
+        EXPECT_EQ(RunningInstance::send(clock, folder.path(), {u"show"_s}, 20),
+                  u"Shotly runs already, but does not answer."_s)
+            << "no events run";
         const auto ask = [&](const QStringList &request) {
-            auto answer = std::async(std::launch::async,
-                                     [&] { return RunningInstance::send(clock, folder.path(), request); });
+            auto answer = std::async(
+                std::launch::async, [&] { return RunningInstance::send(clock, folder.path(), request, -1); });
             while (answer.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
                 QCoreApplication::processEvents();
             return answer.get();
         };
         EXPECT_EQ(ask({u"begin"_s, u"x"_s}), QString());
         EXPECT_EQ(ask({u"begin"_s, u"ö"_s}), u"No: ö"_s);
-        EXPECT_EQ(got, (QStringList{u"begin"_s, u"x"_s, u"begin"_s, u"ö"_s}));
+        EXPECT_EQ(got, (QStringList{u"show"_s, u"begin"_s, u"x"_s, u"begin"_s, u"ö"_s}));
     }
 }
