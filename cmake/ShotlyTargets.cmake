@@ -5,6 +5,12 @@ target_compile_options(shotly_flags INTERFACE -Wall -Wextra -Wshadow -Wconversio
 target_compile_definitions(shotly_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_FOREACH QT_NO_KEYWORDS SHOTLY_VERSION="${PROJECT_VERSION}")
 target_include_directories(shotly_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
+# What users run is hardened as Debian hardens its own programs (the compiler makes them position independent
+# by itself), and does not know where it was built.
+set(hardening -fstack-protector-strong -Wformat -Werror=format-security -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+target_compile_options(shotly_flags INTERFACE "$<$<CONFIG:Release>:${hardening}>")
+target_compile_definitions(shotly_flags INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+target_link_options(shotly_flags INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now,--as-needed>)
 if(SHOTLY_SANITIZE)
     # The instrumented code makes GCC see uninitialised values where there are none.
     target_compile_options(shotly_flags INTERFACE -fsanitize=address,undefined

@@ -7,7 +7,8 @@
 ///
 /// The application folder is, first that applies: $SHOTLY_HOME; the program's own folder when it holds
 /// Shotly.mdb and can be written; $XDG_DATA_HOME/shotly. The first and the last are filled from the
-/// installed data folder with whatever of it is missing.
+/// installed data folder with whatever of it is missing; what the user has left as it was delivered is
+/// renewed after an upgrade.
 namespace ApplicationFolder
 {
 /// Without a trailing separator. Creates and fills the folder where that is due; throws RunTimeError when

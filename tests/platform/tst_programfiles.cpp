@@ -52,12 +52,77 @@ TEST_F(ApplicationFolderTest, theUsersOwnFolderIsFilledButNeverOverwritten)
     EXPECT_EQ(ApplicationFolder::locate(m_program), path("user/shotly"));
     EXPECT_EQ(contents(path("user/shotly/Shotly.mdb")), "data");
     EXPECT_EQ(contents(path("user/shotly/Cursors/pen.cur")), "data");
+    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                            QFile::WriteOther | QFile::ExeOther;
+    for (const char *name : {"user/shotly", "user/shotly/Shotly.mdb"})
+        EXPECT_EQ(QFile::permissions(path(name)) & others, QFile::Permissions()) << name;
 
     m_files.writeFile(path("user/shotly/Shotly.mdb"), "the user's pages");
     m_files.deleteFile(path("user/shotly/Cursors/pen.cur"));
     EXPECT_EQ(ApplicationFolder::locate(m_program), path("user/shotly"));
     EXPECT_EQ(contents(path("user/shotly/Shotly.mdb")), "the user's pages");
     EXPECT_EQ(contents(path("user/shotly/Cursors/pen.cur")), "data");
+}
+
+TEST_F(ApplicationFolderTest, anUpgradeRenewsWhatTheUserHasLeftAsItWas)
+{
+    deliver("data"); // as in a folder that was filled before lists were kept
+    m_files.createFolder(path("user/shotly/help"));
+    m_files.writeFile(path("user/shotly/help/old.htm"), "unknown");
+    const auto install = [this](const QByteArray &version) {
+        m_files.createFolder(path("data/help"));
+        for (const char *name :
+             {"help/a b.htm", "help/old.htm", "camera.wav", "Shotly.dot", "line.bmp", "Shotly.mdb"})
+            m_files.writeFile(path("data/") + QString::fromLatin1(name), version);
+    };
+    const auto user = [this](const char *name) { return path("user/shotly/") + QString::fromLatin1(name); };
+    install("first");
+    ApplicationFolder::locate(m_program);
+    m_files.writeFile(user("camera.wav"), "the user's sound");
+    m_files.writeFile(user("mine.dot"), "first");
+    m_files.deleteFile(user("line.bmp"));
+    ASSERT_TRUE(QFile::link(user("mine.dot"), user("line.bmp")));
+
+    install("second, longer");
+    ApplicationFolder::locate(m_program);
+    EXPECT_EQ(contents(user("help/a b.htm")), "second, longer");
+    EXPECT_EQ(contents(user("Shotly.dot")), "second, longer");
+    EXPECT_EQ(contents(user("camera.wav")), "the user's sound");
+    EXPECT_EQ(contents(user("mine.dot")), "first"); // nothing is written through a link
+    EXPECT_EQ(contents(user("help/old.htm")), "unknown");
+    EXPECT_EQ(contents(user("Shotly.mdb")), "first");
+    EXPECT_EQ(contents(user("Cursors/pen.cur")), "data");
+
+    // What was renewed once is renewed again, also after a user's file has become what is delivered.
+    m_files.writeFile(user("camera.wav"), "third");
+    install("third");
+    ApplicationFolder::locate(m_program);
+    install("fourth, the last");
+    ApplicationFolder::locate(m_program);
+    for (const char *name : {"help/a b.htm", "Shotly.dot", "camera.wav"})
+        EXPECT_EQ(contents(user(name)), "fourth, the last") << name;
+}
+
+TEST_F(ApplicationFolderTest, aFolderThatCannotBeRenewedDoesForNow)
+{
+    const OrdinaryUser user(m_root.path());
+    deliver("data");
+    ApplicationFolder::locate(m_program);
+    m_files.writeFile(path("data/Cursors/pen.cur"), "another cursor");
+    const QString cursors = path("user/shotly/Cursors");
+    const QFile::Permissions readable = QFileInfo(cursors).permissions();
+    QFile::setPermissions(cursors, readable & ~(QFile::WriteOwner | QFile::WriteUser));
+    EXPECT_EQ(ApplicationFolder::locate(m_program), path("user/shotly"));
+    EXPECT_EQ(contents(cursors + QStringLiteral("/pen.cur")), "data");
+    QFile::setPermissions(cursors, readable);
+    ApplicationFolder::locate(m_program);
+    EXPECT_EQ(contents(cursors + QStringLiteral("/pen.cur")), "another cursor");
+
+    // Without a list that can be read, nothing is known of the files: they stay.
+    m_files.writeFile(path("user/shotly/delivered.list"), "x\nsenseless\n\n");
+    m_files.writeFile(path("data/Cursors/pen.cur"), "the cursor of a third version");
+    ApplicationFolder::locate(m_program);
+    EXPECT_EQ(contents(cursors + QStringLiteral("/pen.cur")), "another cursor");
 }
 
 TEST_F(ApplicationFolderTest, theProgramsFolderAndTheVariableComeFirst)

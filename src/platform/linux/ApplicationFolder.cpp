@@ -1,9 +1,9 @@
 #include "platform/ApplicationFolder.h"
 
 #include "platform/FileSystem.h"
+#include "platform/linux/DeliveredFiles.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -27,22 +27,6 @@ QString installedDataFolder(const QString &programFolder)
         QDir::cleanPath(FileSystem::join(programFolder, QStringLiteral("../share/shotly")));
     return holdsDatabase(neighbour) ? neighbour : QStringLiteral(SHOTLY_DATA_DIR);
 }
-
-/// Copies what is not there yet; a file of the user is never replaced.
-void fill(const QString &folder, const QString &dataFolder)
-{
-    const FileSystem files;
-    files.createFolder(folder);
-    QDirIterator delivered(dataFolder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (delivered.hasNext()) {
-        const QString source = delivered.next();
-        const QString target = FileSystem::join(folder, QDir(dataFolder).relativeFilePath(source));
-        if (QFileInfo::exists(target))
-            continue;
-        files.createFolder(QFileInfo(target).path());
-        files.copyFile(source, target);
-    }
-}
 } // namespace
 
 QString ApplicationFolder::locate(const QString &programFolder)
@@ -55,7 +39,7 @@ QString ApplicationFolder::locate(const QString &programFolder)
             QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/shotly");
     }
     folder = QDir::cleanPath(QDir::current().absoluteFilePath(folder));
-    fill(folder, installedDataFolder(programFolder));
+    DeliveredFiles::renew(folder, installedDataFolder(programFolder));
     return folder;
 }
 
