@@ -133,6 +133,17 @@ passed "renewed: the user's help and document template"
 [[ ! -e $work/options ]] || cmp -s "$work/options" "$tree/$own/options.ini" || fail "the options have changed"
 passed "kept: the user's own sound, and the options"
 
+without_display() {
+    chroot "$tree" setpriv --reuid="$user_id" --regid="$user_id" --clear-groups \
+        env -i PATH=/usr/bin:/bin LANG=C.UTF-8 HOME="/$home" shotly "$@" 2>>"$work/program.log" ||
+        fail "shotly $*: $(tail -n 3 "$work/program.log")"
+}
+listed=$(without_display --list)
+[[ $listed == "coffee-machine"* ]] || fail "the list of projects is \"$listed\""
+without_display --generate coffee-machine --format all --output "/$home/guide" >>"$log"
+[[ -s $tree/$home/guide/index.htm && -s $tree/$home/guide/coffee-machine.pdf ]] || fail "no guide was generated"
+passed "commands without a display: $(find "$tree/$home/guide" -type f | wc -l) files of a guide"
+
 find "$tree/home" -type f -exec md5sum {} + | sort >"$work/home"
 apt_get purge shotly shotly-webengine
 left=$(find "$tree/usr" "$tree/etc" "$tree/opt" "$tree/var/lib/dpkg/info" -iname '*shotly*')
