@@ -1,5 +1,6 @@
 #include "app/ProjectOutput.h"
 
+#include "app/ConsolePrompter.h"
 #include "pagestore/Statements.h"
 #include "platform/RunTimeError.h"
 
@@ -48,6 +49,9 @@ ProjectOutput::~ProjectOutput()
 {
     m_state.DatabasePath = m_databasePath;
     m_state.ConnectionString = m_connectionString;
+    // It holds copies of the user's work: to leave it there silently is not what was asked for.
+    if (!m_work.remove())
+        ConsolePrompter::complain(u"Cannot delete the folder \"%1\""_s.arg(m_work.path()));
 }
 
 void ProjectOutput::copyPictures(const QString &project)

@@ -20,6 +20,11 @@ void RunView::showStopBar()
     m_stopBar->show();
 }
 
+void RunView::handleWaitingInput()
+{
+    QCoreApplication::processEvents();
+}
+
 void RunView::hideStopBar()
 {
     if (!m_stopBar)

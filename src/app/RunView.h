@@ -21,6 +21,7 @@ public:
     void raiseStopBar() override;
     void PicIconFlash() override;
     void deleteTrayIcon() override;
+    void handleWaitingInput() override;
 
     /// Time stamp of the display.
     std::uint32_t lastInputTime() const { return m_lastInputTime; }

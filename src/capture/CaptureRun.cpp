@@ -54,6 +54,8 @@ void CaptureRun::begin(EventSink sink)
     const QString typed = m_services.workspace.projectText().trimmed();
     if (nameMissing(typed))
         return;
+    // First: a project of which no page is registered yet has no directory that could be located.
+    m_services.registration.offerAbandoned(typed);
     m_services.directories.LocateProjectDirectory();
     const QString name = state.AppOptions.ProjectName;
     if (state.ProjectDirectory.trimmed().isEmpty())
@@ -61,7 +63,6 @@ void CaptureRun::begin(EventSink sink)
     if (!ListContains(m_services.workspace.projectNames(), name))
         m_services.workspace.addProjectName(name);
     m_services.workspace.setProjectText(name);
-    m_services.registration.offerAbandoned(name);
     state.ShotCounter = 1;
     if (!prepareDirectory())
         return;
@@ -115,12 +116,9 @@ bool CaptureRun::prepareDirectory()
          "Click Cancel to give another name to the project."_s.arg(state.ProjectDirectory),
          u"Keep existing pages?"_s});
     switch (answer) {
-    case Answer::Yes: {
-        const QString highest = m_services.database.LookupField(
-            u"PageNumber"_s, Statements::highestPageNumber(state.AppOptions.ProjectName), true);
-        state.PageNumberBase = highest.toInt(); // 0 when it is no number
+    case Answer::Yes:
+        state.PageNumberBase = m_services.database.highestPageNumber(state.AppOptions.ProjectName, true);
         return true;
-    }
     case Answer::No:
         removeExistingPages();
         return true;
@@ -133,20 +131,15 @@ bool CaptureRun::prepareDirectory()
 void CaptureRun::takeOverExistingPages()
 {
     Module1 &state = m_services.state;
-    const QString project = state.AppOptions.ProjectName;
-    state.PageNumberBase = 0;
-    if (m_services.database.QueryLong(Statements::pageCount(project)) > 0)
-        state.PageNumberBase =
-            m_services.database.LookupField(u"PageNumber"_s, Statements::highestPageNumber(project), false)
-                .toInt();
+    state.PageNumberBase = m_services.database.highestPageNumber(state.AppOptions.ProjectName, false);
 }
 
 void CaptureRun::removeExistingPages()
 {
     Module1 &state = m_services.state;
     m_services.directories.MoveOldDocuments(u"All"_s);
-    m_services.database.RunSql(QString::fromUtf16(Statements::pageTable),
-                               Statements::restartProject(state.AppOptions.ProjectName));
+    // Not silently: pages that stayed would have the numbers of the new ones.
+    m_services.database.execute(Statements::restartProject(state.AppOptions.ProjectName));
     m_services.directories.MoveOldDocuments(u"bmp"_s);
     m_services.workspace.closeWebSearchTab();
     m_services.workspace.refreshPageViews();
@@ -223,9 +216,13 @@ void CaptureRun::deliver(const EventSink &sink, const InputEvent &event)
 void CaptureRun::tellFailure(const QString &reason)
 {
     m_services.hook.suspend();
+    // The box would keep from the stop bar the click that the snapshot was to show.
+    m_services.view.handleWaitingInput();
+    const bool goesOn = m_services.state.CaptureRunning && !m_changing;
+    const QString what = goesOn ? u"This snapshot could not be taken. The capture goes on."_s
+                                : u"A snapshot could not be taken."_s;
     m_services.prompter.tell(Question::CommandFailed,
-                             {u"This snapshot could not be taken. The capture goes on.\r\n\r\n"_s + reason,
-                              m_services.state.AppTitle, Icon::Critical});
+                             {what + u"\r\n\r\n"_s + reason, m_services.state.AppTitle, Icon::Critical});
     m_services.hook.resume(0); // also when the run was stopped meanwhile
 }
 

@@ -53,6 +53,7 @@ private:
 struct MarkingResult {
     std::vector<std::size_t> drawn; ///< places in the list
     int failures = 0;
+    QString reason; ///< of the first failure
     bool cancelled = false;
 };
 
@@ -69,12 +70,18 @@ MarkingResult drawMarks(const std::vector<PointerMarks> &marks, const std::vecto
         try {
             if (marks[i].draw(shots[i].hash))
                 result.drawn.push_back(i);
-        } catch (const RunTimeError &) {
-            ++result.failures;
+        } catch (const RunTimeError &error) {
+            if (result.failures++ == 0)
+                result.reason = error.description();
         }
         ++work.done;
     }
     return result;
+}
+
+QString withReason(const QString &text, const QString &reason)
+{
+    return reason.isEmpty() ? text : text + u"\r\n\r\n"_s + reason;
 }
 } // namespace
 
@@ -108,38 +115,48 @@ bool RunRegistration::perform(RunJournal &journal)
 {
     m_cancelled = false;
     fillState(journal);
-    const int notMarked = MarkAllShots(journal);
-    if (!m_cancelled)
-        syncFiles(journal);
+    const auto [notMarked, markingFailure] = MarkAllShots(journal);
+    const int notOnDisk = m_cancelled ? 0 : syncFiles(journal);
     std::size_t missing = journal.shots().size();
+    QString registeringFailure;
     try {
         if (!m_cancelled)
             insertPages(journal.facts());
         missing = withoutPage(journal).size();
-    } catch (const RunTimeError &) {
-        // No page that could be relied on.
+    } catch (const RunTimeError &error) {
+        registeringFailure = error.description(); // no page that could be relied on
     }
     const QString title = m_services.state.AppTitle;
     if (notMarked > 0)
         m_services.prompter.tell(
             Question::SnapshotsNotMarked,
-            {u"The pointer could not be drawn onto %1 of the snapshots."_s.arg(notMarked), title,
-             Icon::Exclamation});
+            {withReason(u"The pointer could not be drawn onto %1 of the snapshots."_s.arg(notMarked),
+                        markingFailure),
+             title, Icon::Exclamation});
+    if (notOnDisk > 0)
+        m_services.prompter.tell(
+            Question::SnapshotsNotOnDisk,
+            {u"The disk has failed to store %1 of the snapshots. Please look at them in\r\n%2\r\nand "
+             "take those again that are damaged."_s.arg(notOnDisk)
+                 .arg(journal.facts().snapshotDirectory),
+             title, Icon::Exclamation});
     if (missing == 0) {
         journal.remove();
         return true;
     }
-    m_services.prompter.tell(Question::PagesNotRegistered,
-                             {u"%1 of %2 snapshots are not pages yet. You will be asked about them again "
-                              u"after the next capture and "
-                              "when Shotly starts; their files are in\r\n%3"_s.arg(missing)
-                                  .arg(journal.shots().size())
-                                  .arg(journal.facts().snapshotDirectory),
-                              title, Icon::Exclamation});
+    m_services.prompter.tell(
+        Question::PagesNotRegistered,
+        {withReason(u"%1 of %2 snapshots are not pages yet. You will be asked about them "
+                    "again after the next capture and when Shotly starts; their files are "
+                    "in\r\n%3"_s.arg(missing)
+                        .arg(journal.shots().size())
+                        .arg(journal.facts().snapshotDirectory),
+                    registeringFailure),
+         title, Icon::Exclamation});
     return false;
 }
 
-int RunRegistration::MarkAllShots(const RunJournal &journal)
+std::pair<int, QString> RunRegistration::MarkAllShots(const RunJournal &journal)
 {
     const RunFacts &facts = journal.facts();
     const MarkStyle style{facts.bigPicSize, PointerMarker::insideColour(facts.insideColour),
@@ -154,26 +171,29 @@ int RunRegistration::MarkAllShots(const RunJournal &journal)
     for (const std::size_t i : result.drawn)
         m_services.state.ShotTable[static_cast<std::size_t>(journal.shots()[i].number)] = marks[i].entry;
     m_cancelled = result.cancelled;
-    return result.failures;
+    return {result.failures, result.reason};
 }
 
 /// A page never outlives its picture. The disk may take its time: the program answers meanwhile.
-void RunRegistration::syncFiles(const RunJournal &journal)
+int RunRegistration::syncFiles(const RunJournal &journal)
 {
     QStringList paths;
     for (const RunShot &shot : journal.shots())
         paths += shot.entry[ShotPath];
     ProgressScope progress(m_services.progress, u"Bringing the pictures to the disk"_s,
                            static_cast<int>(paths.size()));
-    m_cancelled = besideEvents(progress, [&paths](WorkBesideEvents &work) {
+    int failures = 0;
+    m_cancelled = besideEvents(progress, [&](WorkBesideEvents &work) {
         for (const QString &path : paths) {
             if (work.stop.stop_requested())
                 return true;
-            AtomicFile::syncFile(path);
+            if (!AtomicFile::syncFile(path))
+                ++failures;
             ++work.done;
         }
         return false;
     });
+    return failures;
 }
 
 /// All or none. The database may keep the program waiting: the window answers meanwhile.

@@ -28,8 +28,8 @@ public:
     explicit RunRegistration(const Services &services);
 
     /// Marks the snapshots, brings their bytes to the disk and inserts the pages in one transaction. When
-    /// every snapshot has its page the journal is removed; otherwise it stays, and the user is told in one
-    /// sentence. Fills ShotTable and PageNumberBase from the journal. True when the journal is gone.
+    /// every snapshot has its page the journal is removed; otherwise it stays, and the user is told that and
+    /// why. Fills ShotTable and PageNumberBase from the journal. True when the journal is gone.
     bool perform(RunJournal &journal);
 
     /// Asks what becomes of a run that was interrupted: its pages are made, or its snapshots are set aside
@@ -47,8 +47,10 @@ public:
 private:
     void fillState(const RunJournal &journal);
     std::vector<ShotEntry> withoutPage(const RunJournal &journal);
-    int MarkAllShots(const RunJournal &journal);
-    void syncFiles(const RunJournal &journal);
+    /// How many could not be marked, and why the first one could not.
+    std::pair<int, QString> MarkAllShots(const RunJournal &journal);
+    /// How many the disk has failed to store.
+    int syncFiles(const RunJournal &journal);
     void insertPages(const RunFacts &facts);
     void setAside(RunJournal &journal, const std::vector<ShotEntry> &shots);
 

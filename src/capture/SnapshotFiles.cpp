@@ -5,6 +5,7 @@
 #include "platform/ImageFile.h"
 #include "platform/RunTimeError.h"
 
+#include <QFile>
 #include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
@@ -51,7 +52,12 @@ void SnapshotFiles::mkPic()
         const QImage picture = grabFor(decision.grab);
         if (picture.isNull())
             throw RunTimeError(RunTimeError::InvalidPicture, u"The screen could not be grabbed."_s);
-        RecordShot(path, decision.reduce ? ReduceAndSave(picture, path) : ImageFile::save(picture, path));
+        const std::uint64_t hash =
+            decision.reduce ? ReduceAndSave(picture, path) : ImageFile::save(picture, path);
+        // A snapshot that is not recorded will have no page: its file must not be left over.
+        auto notRecorded = qScopeGuard([&path] { QFile::remove(path); });
+        RecordShot(path, hash);
+        notRecorded.dismiss();
     }
     ++state.ShotCounter;
     if (state.AppOptions.OptionFlags[HideStopButtonDuringCapture] == 0)

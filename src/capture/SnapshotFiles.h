@@ -21,6 +21,8 @@ public:
     /// The camera of the stop bar flashes; returns when it is over.
     virtual void PicIconFlash() = 0;
     virtual void deleteTrayIcon() = 0;
+    /// Handles what the user has done already, such as a click on Stop.
+    virtual void handleWaitingInput() = 0;
 };
 
 /// Snapshot files: their names, and how they are taken.

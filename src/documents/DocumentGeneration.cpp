@@ -157,8 +157,10 @@ void DocumentGeneration::tellFailure(const QString &kind, const QString &reason,
 {
     QString text = u"No %1 documents were created: "_s.arg(kind) + reason;
     if (!previousAreBack)
-        text += u"\r\nSome of the previous ones could not be put back from the folder "_s +
-                ProjectDirectories::oldDocumentFolder(m_services.state.ProjectDirectory);
+        text +=
+            u"\r\nSome of the previous ones could not be put back. They are in the folder %1 or in hidden "
+            "files of the project's folder whose names end with old and a number."_s.arg(
+                ProjectDirectories::oldDocumentFolder(m_services.state.ProjectDirectory));
     m_services.prompter.tell(Question::DocumentsFailed, {text, m_services.state.AppTitle, Icon::Exclamation});
 }
 

@@ -11,12 +11,17 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-/// Beside the file, hidden, and not taken.
-QString waitingName(const QString &path)
+/// Beside the file, hidden.
+QString waitingName(const QString &path, int number)
 {
     const QFileInfo file(path);
+    return u"%1/.%2.old%3"_s.arg(file.path(), file.fileName()).arg(number);
+}
+
+QString freeWaitingName(const QString &path)
+{
     for (int number = 1;; ++number) {
-        const QString name = u"%1/.%2.old%3"_s.arg(file.path(), file.fileName()).arg(number);
+        const QString name = waitingName(path, number);
         if (!QFileInfo::exists(name))
             return name;
     }
@@ -27,7 +32,7 @@ void ReplacedFiles::makeRoom(const QString &path)
 {
     Replaced replaced{path, {}};
     if (m_files.fileExists(path)) {
-        replaced.old = waitingName(path);
+        replaced.old = freeWaitingName(path);
         m_files.moveFile(path, replaced.old);
     }
     m_replaced.push_back(std::move(replaced));
@@ -47,7 +52,7 @@ bool ReplacedFiles::undo()
 void ReplacedFiles::keep()
 {
     for (const Replaced &replaced : std::exchange(m_replaced, {})) {
-        if (!replaced.old.isEmpty())
-            QFile::remove(replaced.old);
+        for (int number = 1; QFileInfo::exists(waitingName(replaced.path, number)); ++number)
+            QFile::remove(waitingName(replaced.path, number));
     }
 }

@@ -24,7 +24,8 @@ public:
     /// What the destructor does. False when an old file could not be put back.
     bool undo();
 
-    /// The new files stay and the old ones go.
+    /// The new files stay and the old ones go, also those of earlier generations that could not be removed or
+    /// were killed.
     void keep();
 
 private:

@@ -82,6 +82,17 @@ QString PageDatabase::LookupField(const QString &field, const QString &query, bo
     return {};
 }
 
+std::int32_t PageDatabase::highestPageNumber(const QString &project, bool showMessage)
+{
+    const QString query = Statements::highestPageNumber(project);
+    const std::unique_ptr<Recordset> rows = openRecordset(query);
+    if (!rows->atEnd())
+        return rows->field(0).toInt();
+    if (showMessage)
+        LookupField(u"PageNumber"_s, query, true);
+    return 0;
+}
+
 std::int32_t PageDatabase::QueryLong(const QString &query)
 {
     try {

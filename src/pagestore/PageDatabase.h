@@ -24,6 +24,10 @@ public:
     /// `showMessage`) or when reading failed, a Null included (told always). Dates as mm/dd/yyyy.
     QString LookupField(const QString &field, const QString &query, bool showMessage);
 
+    /// The number of the project's last page. 0 when it has none, which is told if `showMessage`. Throws
+    /// RunTimeError when reading failed: who took that for 0 would write over the first pages' files.
+    std::int32_t highestPageNumber(const QString &project, bool showMessage);
+
     /// The first column of the first row as a number; 0 on any failure.
     std::int32_t QueryLong(const QString &query);
 

@@ -78,10 +78,7 @@ void ProjectCommands::copyImages()
     int number = 1;
     if (m_services.state.FileSystem.folderExists(folder)) {
         m_services.directories.MoveOldDocuments(u"All"_s);
-        number = m_services.database
-                     .LookupField(u"PageNumber"_s, Statements::highestPageNumber(options.ProjectName), true)
-                     .toInt() +
-                 1;
+        number = m_services.database.highestPageNumber(options.ProjectName, true) + 1;
     } else {
         m_services.state.FileSystem.createFolder(folder);
     }

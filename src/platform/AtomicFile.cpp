@@ -48,10 +48,12 @@ QByteArray unusedName()
            QByteArray::number(QRandomGenerator::system()->generate64(), 36) + temporarySuffix.data();
 }
 
+/// A file that is not there has nothing to wait for, and some file systems do not know the call.
 bool syncPath(const QByteArray &path) noexcept
 {
     const FileDescriptor descriptor(::open(path.constData(), O_RDONLY | O_CLOEXEC));
-    return descriptor.open() && ::fsync(descriptor.number()) == 0;
+    return !descriptor.open() || ::fsync(descriptor.number()) == 0 ||
+           (errno != EIO && errno != ENOSPC && errno != EDQUOT);
 }
 } // namespace
 
@@ -213,5 +215,6 @@ bool AtomicFile::syncFile(const QString &path) noexcept
 {
     // The name is an entry of the folder: without the second call a power cut could lose it.
     const QByteArray name = QFile::encodeName(path);
-    return syncPath(name) && syncPath(folderOf(name));
+    const bool stored = syncPath(name);
+    return syncPath(folderOf(name)) && stored;
 }

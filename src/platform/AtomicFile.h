@@ -70,6 +70,7 @@ QString temporaryName(const QString &folder);
 /// time.
 void removeLeftOvers(const QString &folder);
 
-/// Waits until the file's bytes and its name are on the disk. False when that failed.
+/// Waits until the file's bytes and its name are on the disk. False when the disk says that it could not
+/// store them; what it cannot be asked about counts as stored.
 bool syncFile(const QString &path) noexcept;
 } // namespace AtomicFile

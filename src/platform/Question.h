@@ -23,6 +23,7 @@ enum class Question {
     PagesNotRegistered,
     RegisterAbandonedRun,
     SnapshotsNotMarked,
+    SnapshotsNotOnDisk,
     HelpNotAvailable,
     RegionTips,
     ChangeDisplay,

@@ -20,6 +20,8 @@ public:
     void raiseStopBar() override { calls += QStringLiteral("raise"); }
     void PicIconFlash() override { calls += QStringLiteral("flash"); }
     void deleteTrayIcon() override { calls += QStringLiteral("tray"); }
+    std::function<void()> waitingInput = [] {};
+    void handleWaitingInput() override { waitingInput(); }
 };
 
 /// A capture run over a faked display and user, with real files and a real database. The desktop is 800 x 600

@@ -106,6 +106,20 @@ TEST_F(CaptureRunTest, EveryAnswerToKeepExistingPages)
     EXPECT_EQ(pageNumbers(), u"1"_s);
 }
 
+TEST_F(CaptureRunTest, WithoutTheDatabaseNoRunTakesTheNumbersOfExistingPages)
+{
+    addPages(3);
+    const QString connection = state.ConnectionString;
+    for (const Answer answer : {Answer::Yes, Answer::No}) {
+        prompter.expectAsk(Question::KeepExistingPages, answer);
+        prompter.whileOpen([this] { state.ConnectionString = u"Data Source=/gone.mdb"_s; });
+        EXPECT_THROW(begin(), RunTimeError);
+        EXPECT_FALSE(state.CaptureRunning);
+        state.ConnectionString = connection;
+        EXPECT_EQ(pageNumbers(), u"1 2 3"_s);
+    }
+}
+
 TEST_F(CaptureRunTest, AProjectWhoseFolderHasGoneGoesOnBehindItsLastPage)
 {
     addPages(3);
@@ -257,6 +271,25 @@ TEST_F(CaptureRunTest, AFailedSnapshotIsToldAndTheRunGoesOn)
     EXPECT_EQ(pageNumbers(), u"1 2"_s);
 }
 
+TEST_F(CaptureRunTest, StopIsNotLostWhereItsOwnSnapshotFails)
+{
+    newProject(u"fault"_s);
+    begin();
+    click({150, 420});
+    const QString away = state.ProjectDirectory + u"-away"_s;
+    ASSERT_TRUE(QDir().rename(state.ProjectDirectory, away));
+    view.waitingInput = [this, &away] {
+        ASSERT_TRUE(QDir().rename(away, state.ProjectDirectory));
+        run.stop(0);
+    };
+    prompter.expectTell(Question::CommandFailed);
+    click({10, 10});
+    EXPECT_TRUE(prompter.asked[0].text.startsWith(u"A snapshot could not be taken.\r\n"_s));
+    EXPECT_FALSE(state.CaptureRunning || hook.running());
+    EXPECT_EQ(hook.suspended, 0);
+    EXPECT_EQ(pageNumbers(), u"1"_s);
+}
+
 TEST_F(CaptureRunTest, PagesThatAreMissingAfterwardsAreTold)
 {
     newProject(u"lost"_s);
@@ -267,6 +300,7 @@ TEST_F(CaptureRunTest, PagesThatAreMissingAfterwardsAreTold)
     prompter.expectTell(Question::DatabaseUnreachable); // looking for the first page
     run.stop(0);
     EXPECT_TRUE(prompter.asked[0].text.startsWith(u"1 of 1 snapshots"_s));
+    EXPECT_TRUE(prompter.asked[0].text.contains(u"gone.mdb"_s)) << "the reason";
     EXPECT_EQ(journals().size(), 1); // for the next stop or start
 
     state.ConnectionString = u"Data Source="_s + state.DatabasePath;

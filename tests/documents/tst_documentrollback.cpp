@@ -137,8 +137,8 @@ TEST_F(DocumentRollbackTest, aFailureNamesTheFileAndLeavesEverythingAsItWas)
     t.state.FileSystem.createFolder(inTheWay);
     t.prompter.expectTell(Question::DocumentsFailed);
     documents.CreateDocuments();
-    EXPECT_TRUE(t.prompter.asked.back().text.endsWith(
-        u"\r\nSome of the previous ones could not be put back from the folder "_s +
+    EXPECT_TRUE(t.prompter.asked.back().text.contains(
+        u"\r\nSome of the previous ones could not be put back. They are in the folder "_s +
         t.inProject(u"oldDocument"_s)));
     EXPECT_EQ(t.read(t.inProject(u"sh0001.htm"_s)), "old page");
 }

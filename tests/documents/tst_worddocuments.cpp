@@ -126,6 +126,8 @@ TEST_F(WordDocumentsTest, whatIsCancelledOrFailsLeavesTheOldDocuments)
     t.write(t.inProject(u"Demo.doc"_s), "old document");
     t.write(t.inProject(u"other.doc"_s), "mine");
     t.write(t.inProject(u"Demo.pdf"_s), "old pdf");
+    const QString leftByAKill = t.inProject(u".Demo.pdf.old1"_s);
+    t.write(leftByAKill, "older pdf");
     t.state.FileSystem.createFolder(t.inProject(u"oldDocument"_s));
     t.write(t.inProject(u"oldDocument/Demo.doc"_s), "older document");
     const Tree before = tree();
@@ -169,6 +171,11 @@ TEST_F(WordDocumentsTest, whatIsCancelledOrFailsLeavesTheOldDocuments)
         EXPECT_EQ(t.workspace.status, u"Cancelled: the previous documents are back."_s);
     }
     EXPECT_FALSE(t.workspace.busy || progress.open);
+    EXPECT_EQ(t.read(leftByAKill), "older pdf") << "perhaps the only one";
+
+    progress.cancelAt = 0;
+    generate();
+    EXPECT_FALSE(QFile::exists(leftByAKill) || QFile::exists(t.inProject(u".Demo.pdf.old2"_s)));
 }
 
 TEST_F(WordDocumentsTest, aProjectWithoutFinishedPagesStartsNoWordProcessor)

@@ -12,7 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <future>
+#include <sys/resource.h>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -321,7 +323,7 @@ TEST_F(PdfDocumentTest, HeadingsAndPicturesAreToldOf)
 TEST_F(PdfDocumentTest, FailuresLeaveTheOldFile)
 {
     for (int i = 0; i < 6; ++i)
-        addBitmap(noise({50, 50}, static_cast<unsigned>(i + 1)));
+        addBitmap(noise({120, 120}, static_cast<unsigned>(i + 1)));
     putFile(pdf, "old");
     const auto entries = [&] {
         return QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
@@ -339,6 +341,15 @@ TEST_F(PdfDocumentTest, FailuresLeaveTheOldFile)
     EXPECT_EQ(progress, (std::vector<int>{1, 2, 3}));
     EXPECT_EQ(errorOf([&] { write(stopped); }), RunTimeError::UserInterrupt);
     EXPECT_EQ(progress.size(), 3U);
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit unlimited = {};
+    ::getrlimit(RLIMIT_FSIZE, &unlimited);
+    const rlimit full{50'000, unlimited.rlim_max};
+    EXPECT_EQ(errorOf([&] {
+                  write({{}, [&](int) { ::setrlimit(RLIMIT_FSIZE, &full); }});
+              }),
+              RunTimeError::DiskFull);
+    ::setrlimit(RLIMIT_FSIZE, &unlimited);
     addPicture(path(u"missing.png"_s));
     EXPECT_EQ(errorOf([&] { write(); }), RunTimeError::FileNotFound);
     content.paragraphs.back().picture->path = pdf;

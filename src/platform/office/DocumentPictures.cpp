@@ -92,6 +92,12 @@ QString temporaryFileText()
 {
     return u"Cannot keep pictures in a temporary file in \"%1\""_s.arg(QDir::tempPath());
 }
+
+/// The code comes as a value: to find out where temporary files lie changes errno.
+RunTimeError temporaryFileFailed(int code)
+{
+    return systemError(code, temporaryFileText());
+}
 } // namespace
 
 class DocumentPictures::Work
@@ -220,7 +226,7 @@ qint64 DocumentPictures::Work::store(const QByteArray &bytes)
         const ssize_t written = ::pwrite(m_spoolFile, bytes.constData() + done,
                                          static_cast<std::size_t>(bytes.size() - done), begin + done);
         if (written < 0 && errno != EINTR)
-            throw systemError(errno, temporaryFileText());
+            throw temporaryFileFailed(errno);
         done += std::max<ssize_t>(written, 0);
     }
     return begin;
@@ -233,7 +239,7 @@ QByteArray DocumentPictures::Work::read(const Entry &entry) const
         const ssize_t count = ::pread(m_spoolFile, bytes.data() + done,
                                       static_cast<std::size_t>(bytes.size() - done), entry.offset + done);
         if (count == 0 || (count < 0 && errno != EINTR))
-            throw systemError(count == 0 ? EIO : errno, temporaryFileText());
+            throw temporaryFileFailed(count == 0 ? EIO : errno);
         done += std::max<ssize_t>(count, 0);
     }
     return bytes;

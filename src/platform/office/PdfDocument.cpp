@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -28,7 +29,7 @@ RunTimeError notWritten(const QString &path, const QString &reason)
     return {RunTimeError::WordFileNotWritten, u"The PDF \"%1\" could not be made: %2"_s.arg(path, reason)};
 }
 
-/// Where libqpdf writes the document to.
+/// Where libqpdf writes the document to, some of it in destructors: a failure is kept until it can be thrown.
 class FilePipeline : public Pipeline
 {
 public:
@@ -40,24 +41,37 @@ public:
     void write(const unsigned char *bytes, std::size_t size) override
     {
         const QByteArrayView added(bytes, static_cast<qsizetype>(size));
-        if (m_buffer.size() + added.size() > pieceSize) {
-            const std::array<QByteArrayView, 2> pieces{m_buffer, added};
-            m_file.append(pieces);
-            m_buffer.resize(0);
-        } else {
+        if (m_buffer.size() + added.size() > pieceSize)
+            flush(added);
+        else
             m_buffer.append(added);
-        }
     }
-    void finish() override
+    void finish() override { flush({}); }
+
+    /// Throws what has made the file incomplete.
+    void check() const
     {
-        m_file.append(m_buffer);
-        m_buffer.resize(0);
+        if (m_failure)
+            throw RunTimeError(*m_failure);
     }
 
 private:
+    void flush(QByteArrayView added)
+    {
+        try {
+            const std::array<QByteArrayView, 2> pieces{m_buffer, added};
+            if (!m_failure)
+                m_file.append(pieces);
+        } catch (const RunTimeError &error) {
+            m_failure = error;
+        }
+        m_buffer.resize(0);
+    }
+
     static constexpr qsizetype pieceSize = 64 * 1024;
     AtomicFile::Replacement &m_file;
     QByteArray m_buffer;
+    std::optional<RunTimeError> m_failure;
 };
 
 void writeTo(Pipeline &pipeline, QByteArrayView bytes)
@@ -75,8 +89,8 @@ QPDFObjectHandle parsed(const QString &text)
 class PdfPictures
 {
 public:
-    PdfPictures(QPDF &pdf, DocumentPictures &pictures, const DocumentWork &work)
-        : m_pdf(pdf), m_pictures(pictures), m_work(work)
+    PdfPictures(QPDF &pdf, DocumentPictures &pictures, const FilePipeline &file, const DocumentWork &work)
+        : m_pdf(pdf), m_pictures(pictures), m_file(file), m_work(work)
     {
     }
 
@@ -102,6 +116,7 @@ private:
 
     QPDF &m_pdf;
     DocumentPictures &m_pictures;
+    const FilePipeline &m_file;
     const DocumentWork &m_work;
     std::map<QString, Object> m_objects;
     int m_written = 0;
@@ -148,6 +163,7 @@ void PdfPictures::provide(const QString &path, Pipeline &target)
 {
     if (m_work.stop.stop_requested())
         throw RunTimeError(RunTimeError::UserInterrupt, u"The document was not finished."_s);
+    m_file.check();
     const QByteArray bytes = m_pictures.bytes(path);
     if (const auto png = PngShape::parse(bytes)) {
         for (const QByteArrayView piece : png->data)
@@ -244,7 +260,8 @@ void finish(QTemporaryFile &laidOut, std::vector<PdfPage> pages, const DocumentC
         QUtil::throw_system_error("temporary file");
     pdf.processFile("temporary file", input, true);
 
-    PdfPictures objects(pdf, pictures, work);
+    FilePipeline pipeline(file);
+    PdfPictures objects(pdf, pictures, pipeline, work);
     PdfFonts fonts;
     std::vector<PdfStructure::Page> finished;
     finished.reserve(pages.size());
@@ -257,7 +274,6 @@ void finish(QTemporaryFile &laidOut, std::vector<PdfPage> pages, const DocumentC
     PdfStructure::addTags(pdf, finished, content);
     PdfStructure::setProperties(pdf, content.title);
 
-    FilePipeline pipeline(file);
     QPDFWriter writer(pdf);
     writer.setOutputPipeline(&pipeline);
     writer.setCompressStreams(true);     // those that are not
@@ -265,6 +281,7 @@ void finish(QTemporaryFile &laidOut, std::vector<PdfPage> pages, const DocumentC
     writer.setObjectStreamMode(qpdf_o_disable);
     writer.write();
     pipeline.finish();
+    pipeline.check();
 }
 } // namespace
 
