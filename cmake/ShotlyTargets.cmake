@@ -17,6 +17,11 @@ if(SHOTLY_SANITIZE)
         -fno-sanitize-recover=undefined -fno-omit-frame-pointer -Wno-maybe-uninitialized)
     target_link_options(shotly_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(SHOTLY_FUZZ)
+    target_compile_options(shotly_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+        -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(shotly_flags INTERFACE -fsanitize=address,undefined)
+endif()
 
 # shotly_library(<name> SOURCES ... LINKS ...)
 function(shotly_library name)

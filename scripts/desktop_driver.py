@@ -25,9 +25,9 @@ def run(*words, check=True):
     return done.stdout.strip()
 
 
-def wait_for(what, condition, interval=0.03):
+def wait_for(what, condition, interval=0.03, patience=PATIENCE):
     """The condition's first true value; polls."""
-    deadline = time.monotonic() + PATIENCE
+    deadline = time.monotonic() + patience
     while time.monotonic() < deadline:
         value = condition()
         if value:

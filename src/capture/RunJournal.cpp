@@ -46,10 +46,12 @@ QByteArray shotRecord(const RunShot &shot)
     return record(fields);
 }
 
-std::optional<RunShot> readShot(const QByteArray &line)
+/// Snapshots are counted from 1 without a gap: no number is above that of the records.
+std::optional<RunShot> readShot(const QByteArray &line, qsizetype records)
 {
     const QJsonArray fields = QJsonDocument::fromJson(line).array();
-    if (fields.size() != shotFieldsBefore + static_cast<int>(shotFieldCount) || fields[0].toInt() < 1)
+    if (fields.size() != shotFieldsBefore + static_cast<int>(shotFieldCount) || fields[0].toInt() < 1 ||
+        fields[0].toInt() > records)
         return std::nullopt;
     RunShot shot;
     shot.number = fields[0].toInt();
@@ -88,7 +90,7 @@ std::unique_ptr<RunJournal> RunJournal::read(std::unique_ptr<JournalFile> file)
         return nullptr;
     std::unique_ptr<RunJournal> journal(new RunJournal(std::move(file), *facts));
     for (const QByteArray &line : records) {
-        if (const std::optional<RunShot> shot = readShot(line))
+        if (const std::optional<RunShot> shot = readShot(line, records.size()))
             journal->m_shots.push_back(*shot);
     }
     return journal;

@@ -22,6 +22,10 @@ QCursor CursorFile::load(const QString &path)
     if (bytes.size() < headerSize || qFromLittleEndian<quint16>(bytes.constData() + typeAt) != cursorType ||
         !picture.loadFromData(bytes, "cur"))
         return Qt::CrossCursor;
-    return QCursor(picture, qFromLittleEndian<quint16>(bytes.constData() + hotSpotAt),
-                   qFromLittleEndian<quint16>(bytes.constData() + hotSpotAt + 2));
+    const QPoint hotSpot(qFromLittleEndian<quint16>(bytes.constData() + hotSpotAt),
+                         qFromLittleEndian<quint16>(bytes.constData() + hotSpotAt + 2));
+    // The display refuses a shape that does not hold its hot spot, and shows none.
+    if (!picture.rect().contains(hotSpot))
+        return Qt::CrossCursor;
+    return QCursor(picture, hotSpot.x(), hotSpot.y());
 }

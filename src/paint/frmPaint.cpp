@@ -254,8 +254,12 @@ void frmPaint::updateCursor(bool grabbing)
         picPaint->unsetCursor();
         return;
     }
-    const QString folder = FileSystem::join(m_services.state.ApplicationPath, u"Cursors"_s);
-    picPaint->setCursor(CursorFile::load(FileSystem::join(folder, file)));
+    auto shape = m_shapes.find(file);
+    if (shape == m_shapes.end()) {
+        const QString folder = FileSystem::join(m_services.state.ApplicationPath, u"Cursors"_s);
+        shape = m_shapes.insert(file, CursorFile::load(FileSystem::join(folder, file)));
+    }
+    picPaint->setCursor(*shape);
 }
 
 /// The pixel under the pointer stays there.

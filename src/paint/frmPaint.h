@@ -5,6 +5,8 @@
 #include "platform/qt/Guarded.h"
 #include "state/Workspace.h"
 
+#include <QCursor>
+#include <QHash>
 #include <QMainWindow>
 
 #include <memory>
@@ -105,7 +107,10 @@ private:
     std::optional<QPoint> m_mouse; ///< pixel of the picture the pointer is on; outside: none
     QPoint m_panned;               ///< global position of the hand while it drags
     bool m_canPaste = false;       ///< another program, or this one, has put a picture onto the clipboard
-    QString m_overText;            ///< of what the pointer is over outside the picture
+    /// Pointer shapes by their file. The display keeps each one that is made for as long as the program
+    /// lives.
+    QHash<QString, QCursor> m_shapes;
+    QString m_overText; ///< of what the pointer is over outside the picture
 
     QScrollArea *fraScroll;
     PaintArea *m_area;

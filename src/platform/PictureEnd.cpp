@@ -65,17 +65,27 @@ bool gifEndIsMissing(QByteArrayView bytes)
 
 bool bitmapEndIsMissing(QByteArrayView bytes)
 {
+    constexpr qsizetype oldHeaders = 26;
     constexpr qsizetype headers = 54;
-    if (bytes.size() < headers)
+    if (bytes.size() < oldHeaders)
         return true;
-    const auto number = [bytes](qsizetype at) { return qFromLittleEndian<qint32>(bytes.data() + at); };
-    const int compression = number(30);
-    const bool plain = compression == 0 || compression == 3;
-    if (number(14) < 40 || !plain)
+    const auto number16 = [bytes](qsizetype at) { return qFromLittleEndian<qint16>(bytes.data() + at); };
+    const auto number32 = [bytes](qsizetype at) { return qFromLittleEndian<qint32>(bytes.data() + at); };
+    // Of the old kind, BITMAPCOREHEADER, is whatever has the length of no other.
+    const int length = number32(14);
+    const bool old = length != 40 && length != 64 && length != 108 && length != 124;
+    if (!old && bytes.size() < headers)
+        return true;
+    const int compression = old ? 0 : number32(30);
+    if (compression != 0 && compression != 3)
         return false;
-    const qint64 bits = qFromLittleEndian<quint16>(bytes.data() + 28);
-    const qint64 stride = (qint64{number(18)} * bits + 31) / 32 * 4;
-    return qint64{number(10)} + stride * std::abs(qint64{number(22)}) > bytes.size();
+    const qint64 width = std::abs(old ? qint64{number16(18)} : number32(18));
+    const qint64 rows = std::abs(old ? qint64{number16(20)} : number32(22));
+    const qint64 bits = static_cast<quint16>(number16(old ? 24 : 28));
+    const qint64 stride = (width * bits + 31) / 32 * 4;
+    const qint64 room = bytes.size() - qFromLittleEndian<quint32>(bytes.data() + 10);
+    // Divided, as the product could overflow.
+    return room < 0 || (rows > 0 && stride > room / rows);
 }
 } // namespace
 

@@ -52,7 +52,9 @@ TEST_F(RegistrationTest, AJournalComesBackAsItWasWrittenUpToTheRecordThatWasCutO
     const std::vector<RunShot> shots{shot(1, {10, 20}, true), shot(2, {-300, 7})};
     leave(shots);
     const QString path = state.ApplicationPath + u'/' + journals().first();
-    write(path, read(path) + "[3,\"12\",\"De"); // died in the middle of a record
+    // A record with a spoilt number, and one in the middle of which the program died.
+    write(path, read(path) + R"([1999999999,"12","Demo","x.bmp","1","2","OK","False","False","0","0"])" +
+                    "\n[3,\"12\",\"De");
     const auto left = RunJournal::abandoned(state.ApplicationPath);
     ASSERT_EQ(left.size(), 1U);
     EXPECT_TRUE(left[0]->facts() == facts());

@@ -203,7 +203,10 @@ TEST_F(DocumentPicturesTest, WhatIsNoPictureIsToldByName)
         contents(saved(picture.convertToFormat(QImage::Format_ARGB32_Premultiplied), u"alpha.png"_s));
     QByteArray wrong = png;
     wrong[wrong.indexOf("IDAT") + 20] = static_cast<char>(wrong[wrong.indexOf("IDAT") + 20] ^ 1);
-    std::vector<QByteArray> broken{{}, "text", bitmap.chopped(1), wrong};
+    const QByteArray threeBits = QByteArray::fromHex( // a component, which no PNG file has
+        "89504e470d0a1a0a0000000d49484452000000010000000103000000004daeaa44000000"
+        "0a49444154789c636000000002000148afa4710000000049454e44ae426082");
+    std::vector<QByteArray> broken{{}, "text", bitmap.chopped(1), wrong, threeBits};
     for (const QByteArray &whole : {png, jpeg, alpha}) {
         for (qsizetype length = 1; length < whole.size(); ++length)
             broken.push_back(whole.first(length));

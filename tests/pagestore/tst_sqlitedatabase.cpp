@@ -142,6 +142,8 @@ TEST_F(SqliteDatabaseTest, comparesAsTheDialectDoes)
     for (const QString &pattern : {u"%open%"_s, u"%First [%"_s, u"%first%ok%"_s, u"%ress ok 5%"_s})
         EXPECT_TRUE(matches(u"PageTitle like \"%1\""_s.arg(pattern))) << qPrintable(pattern);
     EXPECT_FALSE(matches(u"PageTitle like \"%first {%\""_s));
+    // Beyond the last character, as only another program's database can hold it.
+    EXPECT_TRUE(matches(u"cast(x'61f4bfbfbf62' as text) like \"a\ufffdb\""_s));
     EXPECT_TRUE(matches(u"ProjectName=\"DEMO\""_s));
     EXPECT_FALSE(matches(u"ScreenShotFilePath=\"/a/b.bmp\""_s));
 }

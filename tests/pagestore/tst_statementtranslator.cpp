@@ -44,10 +44,19 @@ TEST(StatementTranslator, changesTheDialectAndNothingElse)
 
 TEST(StatementTranslator, refusesWhatHasNoEndOrNoMeaning)
 {
-    const QString refused[] = {u"x=\"abc"_s,      u"x=\"a\"\""_s,    u"x='a"_s,
-                               u"[Date"_s,        u"#03/21/2026"_s,  u"#02/30/2026#"_s,
-                               u"#21/03/2026#"_s, u"#2026-03-21#"_s, u"#03/21-2026#"_s,
-                               u"#yesterday#"_s,  u"##"_s,           u"a"_s + QChar(0) + u"b"_s};
+    const QString refused[] = {u"x=\"abc"_s,
+                               u"x=\"a\"\""_s,
+                               u"x='a"_s,
+                               u"[Date"_s,
+                               u"#03/21/2026"_s,
+                               u"#02/30/2026#"_s,
+                               u"#21/03/2026#"_s,
+                               u"#2026-03-21#"_s,
+                               u"#03/21-2026#"_s,
+                               u"#yesterday#"_s,
+                               u"##"_s,
+                               u"a"_s + QChar(0) + u"b"_s,
+                               u"[a"_s + QChar(0) + u"b]"_s};
     for (const QString &statement : refused) {
         try {
             StatementTranslator::translate(statement);

@@ -1,6 +1,5 @@
 #include "paint/ShownPaint.h"
 
-#include "paint/CursorFile.h"
 #include "paint/frmPaintPanels.h"
 #include "paint/frmPaintProgress.h"
 
@@ -383,18 +382,4 @@ TEST(FilterProgress, EscapeCancelsAndEverythingElseWaits)
     EXPECT_FALSE(pressed);
     QTest::keyClick(&other, Qt::Key_Space);
     EXPECT_TRUE(pressed) << "afterwards it goes on";
-}
-
-TEST(CursorFile, HotSpotsComeFromTheFile)
-{
-    const QString folder = QStringLiteral(SHOTLY_DELIVERED_DIR "/Cursors/");
-    for (const QString &name : {u"airbrush"_s, u"brush"_s, u"cross"_s, u"eraser"_s, u"fill"_s, u"filter"_s,
-                                u"handflat"_s, u"handgrab"_s, u"pencil"_s, u"pick"_s, u"text"_s, u"zoom"_s}) {
-        const QCursor cursor = CursorFile::load(folder + name + u".cur"_s);
-        EXPECT_EQ(cursor.shape(), Qt::BitmapCursor) << name.toStdString();
-        EXPECT_EQ(cursor.pixmap().size(), QSize(32, 32));
-    }
-    EXPECT_EQ(CursorFile::load(folder + u"pencil.cur"_s).hotSpot(), QPoint(3, 28));
-    EXPECT_EQ(CursorFile::load(folder + u"none.cur"_s).shape(), Qt::CrossCursor);
-    EXPECT_EQ(CursorFile::load(QStringLiteral(SHOTLY_DELIVERED_DIR "/camera.wav")).shape(), Qt::CrossCursor);
 }

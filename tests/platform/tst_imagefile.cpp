@@ -1,6 +1,7 @@
 #include "platform/BitmapRows.h"
 #include "platform/ByteHash.h"
 #include "platform/ImageFile.h"
+#include "platform/PictureEnd.h"
 #include "platform/RunTimeError.h"
 
 #include <QFile>
@@ -168,6 +169,10 @@ TEST_F(ImageFileTest, HeadersThatDifferOrLieAreUnderstoodOrRefused)
         bytesOf(lie.name, QByteArray(plain).replace(lie.at, value.size(), value));
         EXPECT_EQ(errorOfLoading(lie.name), RunTimeError::InvalidPicture) << lie.name;
     }
+    QByteArray largest = plain; // its bytes are more than 64 bits can count
+    largest.replace(18, 8, QByteArray::fromHex("ffffff7fffffff7f")).replace(28, 2, "\xff\xff");
+    EXPECT_TRUE(PictureEnd::isMissing(largest));
+    EXPECT_FALSE(PictureEnd::isMissing(plain));
 }
 
 TEST_F(ImageFileTest, EditingChangesTheRowsThatArePainted)
@@ -271,10 +276,11 @@ TEST_F(ImageFileTest, HalfAFileIsNoPicture)
         for (int x = 0; x < 40; ++x)
             picture.setPixel(x, y, qRgb(x * 6, y * 8, x * y % 256));
     }
-    for (const QString &format : {u"bmp"_s, u"png"_s, u"jpg"_s, u"gif"_s}) {
+    for (const QString &format : {u"bmp"_s, u"bmp2"_s, u"png"_s, u"jpg"_s, u"gif"_s}) {
         const QString path = folder.filePath(u"whole."_s + format);
         ImageFile::save(picture, folder.filePath(u"source.bmp"_s));
-        ASSERT_EQ(QProcess::execute(u"convert"_s, {folder.filePath(u"source.bmp"_s), path}), 0);
+        ASSERT_EQ(QProcess::execute(u"convert"_s, {folder.filePath(u"source.bmp"_s), format + u':' + path}),
+                  0);
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QByteArray whole = file.readAll();

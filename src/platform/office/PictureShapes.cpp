@@ -39,7 +39,8 @@ bool takeHeader(PngShape &shape, QByteArrayView header)
     const bool interlaced = number8(header, 12) != 0;
     const bool known = shape.colorType == PngShape::Grey || shape.colorType == PngShape::Palette ||
                        (shape.colorType == PngShape::Rgb && shape.bits == 8);
-    shape.simple = known && shape.bits <= 8 && !interlaced;
+    const bool depth = shape.bits == 1 || shape.bits == 2 || shape.bits == 4 || shape.bits == 8;
+    shape.simple = known && depth && !interlaced;
     return true;
 }
 

@@ -34,7 +34,8 @@ char32_t decoded(std::string_view utf8, std::size_t &next) noexcept
             return QChar::ReplacementCharacter;
         character = character << 6 | (static_cast<unsigned char>(utf8[next]) & 0x3fU);
     }
-    return character;
+    // Beyond the last character lie the wildcards of a pattern.
+    return character <= QChar::LastValidCodePoint ? character : char32_t{QChar::ReplacementCharacter};
 }
 
 /// Replaces `folded` by the characters of a UTF-8 text in one case.

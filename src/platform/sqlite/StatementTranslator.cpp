@@ -50,7 +50,7 @@ private:
             writeDate();
             return;
         case u'\0':
-            failSyntax(u"statement"_s, u"character 0"_s); // would end the statement there, unnoticed
+            failForZero();
         default:
             break;
         }
@@ -104,9 +104,14 @@ private:
             m_result += u'\'' + text + u'\'';
     }
 
+    /// It would end the statement there, unnoticed.
+    [[noreturn]] static void failForZero() { failSyntax(u"statement"_s, u"character 0"_s); }
+
     void writeName()
     {
         QString name = enclosed(u']', u"name"_s);
+        if (name.contains(u'\0'))
+            failForZero();
         m_result += u'"' + name.replace(u'"', u"\"\""_s) + u'"';
     }
 
