@@ -123,6 +123,8 @@ TEST_F(ProjectDeletionTest, whatIsBeingCapturedStays)
 
 TEST_F(ProjectDeletionTest, aReadOnlyDatabaseIsReportedAndNothingIsRenamed)
 {
+    QFile::setPermissions(t.state.OptionsFilePath,
+                          QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther); // for this user as well
     const OrdinaryUser reader(t.folder.path());
     for (const QString &name : {u"Demo"_s, QString()})
         EXPECT_EQ(errorOf([&] { remove(name, Answer::Yes); }), RunTimeError::DatabaseError);
