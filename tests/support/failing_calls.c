@@ -90,9 +90,8 @@ static const char *path_at(int directory, const char *name, char *buffer)
         path_of_descriptor(directory, before);
     else if (!getcwd(before, sizeof before))
         before[0] = '\0';
-    const size_t length = strlen(before);
-    memcpy(buffer, before, length);
-    snprintf(buffer + length, PATH_MAX - length, "/%s", name);
+    if (snprintf(buffer, PATH_MAX, "%s/%s", before, name) >= PATH_MAX)
+        buffer[0] = '\0';
     return buffer;
 }
 
@@ -263,6 +262,8 @@ ssize_t writev(int descriptor, const struct iovec *pieces, int count)
 
 /* ---- all others: the real call unless it fails */
 
+// Lists of parameters and their types cannot stand in parentheses of their own.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define OF_DESCRIPTOR(name, what, code, needs_room, parameters, types, arguments)                              \
     int name parameters                                                                                        \
     {                                                                                                          \
@@ -293,6 +294,7 @@ OF_DESCRIPTOR(fchmod, "fchmod", EACCES, 0, (int descriptor, mode_t mode), (int, 
             FAIL_WITH(control->mode == FULL ? ENOSPC : EACCES);                                                \
         return real arguments;                                                                                 \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 OF_PATH(rename, "rename", 0, AT_FDCWD, to, (const char *from, const char *to), (const char *, const char *),
         (from, to))
 OF_PATH(renameat, "rename", 0, toFolder, to, (int folder_of, const char *from, int toFolder, const char *to),
