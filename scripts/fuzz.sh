@@ -2,6 +2,7 @@
 # Feeds the readers and writers of files with what libFuzzer makes of the seeds in tests/corpus, under both
 # sanitizers, each for so many seconds; prints one line of figures for each. Ends with an error at the first finding;
 # its input stays in build/fuzz/findings.
+# SHOTLY_FUZZ_SEED makes two runs begin alike (default: each run another way).
 # Usage: fuzz.sh [SECONDS [NAME...]]   (default 300 for each of all programs of tests/fuzz)
 #        fuzz.sh keep [NAME...]        takes over into tests/corpus what got further into the code than its seeds
 set -euo pipefail
@@ -26,7 +27,7 @@ export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1:max_allocation_si
 export UBSAN_OPTIONS=print_stacktrace=1 LSAN_OPTIONS=suppressions=$root/tests/support/leaks.supp:print_suppressions=0
 
 # Texts need no more to show what they do; pictures and pointers have headers that are longer.
-options=(-max_len=8192 -timeout=60 -rss_limit_mb=1536 -print_final_stats=1)
+options=(-max_len=8192 -timeout=60 -rss_limit_mb=1536 -print_final_stats=1 "-seed=${SHOTLY_FUZZ_SEED:-0}")
 
 if [[ $seconds == keep ]]; then
     for name in "${names[@]}"; do

@@ -46,13 +46,13 @@ QString textBlock(const QString &comment, const QString &text, const HtmlTextSty
            u"\r\n     </font>\r\n     </div>\r\n    </td>\r\n    <td width='2%'>&nbsp;</td>\r\n  </tr>\r\n"_s;
 }
 
-QString pictureBlock(const QString &pictureName)
+QString pictureBlock(const QString &fileName)
 {
-    if (pictureName.trimmed().isEmpty())
+    if (fileName.trimmed().isEmpty())
         return {};
     return u"<!------------------- sPicture  ----------------------------->\r\n"
            "<tr><td>&nbsp;</td><td><img src=\r\n\""_s +
-           pictureName + u"\"\r\n></td><td>&nbsp;</td></tr>\r\n"_s;
+           HtmlText::fileReference(fileName) + u"\"\r\n></td><td>&nbsp;</td></tr>\r\n"_s;
 }
 
 bool hasPageExtension(const QString &path)
@@ -65,12 +65,11 @@ HtmlPageWriter::HtmlPageWriter(Module1 &state, Prompter &prompter) : m_state(sta
 
 QByteArray HtmlPageWriter::pageBytes(const HtmlPage &page) const
 {
-    const QString pictureName = HtmlText::fileReference(FileSystem::bareName(page.ScreenShotFilePath));
     const auto block = [this](const QString &comment, const QString &text, TextRole role) {
         return textBlock(comment, text, m_state.AppOptions.HtmlStyles[static_cast<std::size_t>(role)]);
     };
     const QString subTitle = block(u"sub title"_s, page.SubTitle, TextRole::SubTitle);
-    const QString picture = pictureBlock(pictureName);
+    const QString picture = pictureBlock(FileSystem::bareName(page.ScreenShotFilePath));
     const std::int16_t layout =
         page.Layout == 0 ? m_state.AppOptions.OptionFlags[OptionFlag::PageLayout] : page.Layout;
     return HtmlText::encode(headOf(page.PageTitle) + block(u"title"_s, page.PageTitle, TextRole::Title) +

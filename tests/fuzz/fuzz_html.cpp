@@ -85,7 +85,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const HtmlPageWriter writer(state, prompter);
     HtmlPage page;
     page.Layout = static_cast<std::int16_t>(size % 3);
-    const bool hasPicture = !HtmlText::EscapeHtmlText(FileSystem::bareName(text(5))).trimmed().isEmpty();
+    const bool hasPicture = !FileSystem::bareName(text(5)).trimmed().isEmpty();
     page.ScreenShotFilePath = hasPicture ? u"/a/b.bmp"_s : QString();
     const QList<QByteArray> empty = tags(writer.pageBytes(page));
     page.PageTitle = HtmlText::EscapeHtmlText(text(0));
