@@ -8,13 +8,22 @@ what was to be seen. Ends with an error when any number disagrees.
 """
 
 import re
-import subprocess
 import sys
 import time
 from pathlib import Path
 
 from desktop_driver import (
-    PATIENCE, DesktopError, Session, User, Window, pink_area, root_windows, run, screen_picture, wait_for,
+    PATIENCE,
+    DesktopError,
+    Session,
+    User,
+    Window,
+    exit_code,
+    pink_area,
+    root_windows,
+    run,
+    screen_picture,
+    wait_for,
 )  # fmt: skip
 
 PROJECT = "calculator-guide"
@@ -246,14 +255,5 @@ class Demonstration:
         self.check()
 
 
-def main():
-    try:
-        Demonstration(Path(sys.argv[1]), Path(sys.argv[2])).record()
-    except (DesktopError, subprocess.SubprocessError) as error:
-        print(f"demo: {error}", file=sys.stderr)
-        return 1
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(exit_code("demo", Demonstration(Path(sys.argv[1]), Path(sys.argv[2])).record))

@@ -6,6 +6,7 @@ import re
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
@@ -15,7 +16,26 @@ PATIENCE = 30  # seconds until something that must come is given up
 
 
 class DesktopError(Exception):
-    pass
+    """The desktop did not do what was asked of it."""
+
+
+class Failure(Exception):
+    """The program did not do what it must."""
+
+
+def expect(condition, what):
+    if not condition:
+        raise Failure(what)
+
+
+def exit_code(name, session):
+    """Runs a session that is a script's whole work; its error becomes one line."""
+    try:
+        session()
+    except (DesktopError, Failure, subprocess.SubprocessError, OSError) as error:
+        print(f"{name}: {error}", file=sys.stderr)
+        return 1
+    return 0
 
 
 def run(*words, check=True):

@@ -19,7 +19,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from desktop_driver import PATIENCE, Session, quick_click, run, screen_picture, wait_for
+from desktop_driver import PATIENCE, Failure, Session, expect, quick_click, run, screen_picture, wait_for
 
 KEEP, UNFINISHED = "Keep existing pages?", "Unfinished capture: "
 POINT = (400, 500)
@@ -35,15 +35,6 @@ def work(name):
         return kind
 
     return add
-
-
-class Failure(Exception):
-    pass
-
-
-def expect(condition, what):
-    if not condition:
-        raise Failure(what)
 
 
 class Control:
@@ -165,10 +156,15 @@ class Work:
 
     def all(self, wanted):
         self.prepare()
+        return self.each_call(wanted)
+
+    def each_call(self, wanted, about=""):
+        """Does the work once, then again for each of its calls. How many calls it made, and how many rounds failed."""
         self.control.arm(0)
         self.perform()
         calls = self.control.calls()
-        (self.folder / "calls.txt").write_text("".join(f"{number} {call}\n" for number, call in enumerate(calls, 1)))
+        with open(self.folder / "calls.txt", "a") as listed:
+            listed.writelines(f"{about}{number} {call}\n" for number, call in enumerate(calls, 1))
         failed = 0
         for which, mode in self.rounds(wanted, calls):
             self.figures["rounds"] += 1
@@ -179,7 +175,7 @@ class Work:
                 if os.environ.get("DISPLAY") and isinstance(self, Capture):
                     screen_picture(self.folder / f"failed-{which}-{mode}.png")
                 call = self.control.call(which)
-                print(f"FAILED  {which} {mode} ({call}): {type(error).__name__}: {error}", flush=True)
+                print(f"FAILED  {about}{which} {mode} ({call}): {type(error).__name__}: {error}", flush=True)
                 self.after_failure()
         return len(calls), failed
 
@@ -470,21 +466,12 @@ class Picture(Work):
         self.prepare()
         for kind in ("bmp", "png"):
             self.editor(kind)
-            self.control.arm(0)
-            self.perform()
-            calls = self.control.calls()
-            failed = 0
-            for which, mode in self.rounds(wanted, calls):
-                self.figures["rounds"] += 1
-                try:
-                    self.round(which, mode)
-                except Exception as error:
-                    failed += 1
-                    print(f"FAILED  {kind} {which} {mode} ({self.control.call(which)}): {error}", flush=True)
-                    self.editor(kind)
+            results.append(self.each_call(wanted, kind + " "))
             self.file.unlink()
-            results.append((len(calls), failed))
         return tuple(map(sum, zip(*results)))
+
+    def after_failure(self):
+        self.editor(self.file.suffix[1:])
 
     def round(self, which, mode):
         before = self.file.read_bytes()

@@ -19,7 +19,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from desktop_driver import PATIENCE, DesktopError, Session, Window, quick_click, run, screen_picture, wait_for
+from desktop_driver import PATIENCE, Session, Window, expect, quick_click, run, screen_picture, wait_for
 
 PROJECT, KEEP = "faults", "Keep existing pages?"
 POINT = (400, 500)
@@ -32,15 +32,6 @@ def fault(name, group="desktop"):
         return function
 
     return add
-
-
-class Failure(Exception):
-    pass
-
-
-def expect(condition, what):
-    if not condition:
-        raise Failure(what)
 
 
 def pointer_is_held():

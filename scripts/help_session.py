@@ -6,13 +6,12 @@ Usage: help_session.py BUILD_FOLDER DIRECTORY PICTURES   (on a display with a wi
 DIRECTORY receives what demo_session.py writes, PICTURES the pictures.
 """
 
-import subprocess
 import sys
 import time
 from pathlib import Path
 
 from demo_session import PROJECT, Demonstration
-from desktop_driver import DesktopError, Window, run, wait_for
+from desktop_driver import Window, exit_code, run, wait_for
 
 SIZE = 1080, 660  # of the main window
 TEXTS = (
@@ -137,14 +136,5 @@ class HelpPictures(Demonstration):
             self.session.end()
 
 
-def main():
-    try:
-        HelpPictures(Path(sys.argv[1]), Path(sys.argv[2]), Path(sys.argv[3])).make()
-    except (DesktopError, subprocess.SubprocessError) as error:
-        print(f"help pictures: {error}", file=sys.stderr)
-        return 1
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(exit_code("help pictures", HelpPictures(*map(Path, sys.argv[1:4])).make))

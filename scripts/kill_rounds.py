@@ -19,7 +19,7 @@ import threading
 import time
 from pathlib import Path
 
-from desktop_driver import DesktopError, Session, Window, quick_click, run, screen_picture, wait_for
+from desktop_driver import DesktopError, Session, Window, expect, quick_click, run, screen_picture, wait_for
 
 REDUCTION = 70  # percent: a position that is scaled twice shows
 KEEP, UNFINISHED = "Keep existing pages?", "Unfinished capture: "
@@ -29,15 +29,6 @@ xxhash.XXH3_64bits.argtypes = ctypes.c_char_p, ctypes.c_size_t
 
 # number, hash of the bytes as they were taken, file, pointer in the grabbed picture, whether that was reduced
 Shot = collections.namedtuple("Shot", "number hash path pointer reduced")
-
-
-class Violation(Exception):
-    pass
-
-
-def expect(condition, what):
-    if not condition:
-        raise Violation(what)
 
 
 def hash_of(data):

@@ -14,7 +14,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from desktop_driver import DesktopError, Session, User, screen_picture, wait_for
+from desktop_driver import DesktopError, Session, User, exit_code, screen_picture, wait_for
 
 HOME = "/home/ann"
 # Another root for the program, which is not a mere chroot: in such a one the web engine may not shut itself in.
@@ -110,28 +110,27 @@ class Trial:
         self.session.quit()
         print("ended: with the code 0, all files belong to the user")
 
+    def all(self, what):
+        self.open(first=what == "record")
+        if what == "record":
+            self.record()
+        else:
+            self.select()
+        self.generate()
+        if what == "again":
+            wait_for("the web engine", self.session.uses_engine)
+            print("shown: in the browser of the web engine")
+        self.close()
+
 
 def main():
     what, tree, user_id, project = sys.argv[1:]
     trial = Trial(tree, user_id, project)
-    try:
-        trial.open(first=what == "record")
-        if what == "record":
-            trial.record()
-        else:
-            trial.select()
-        trial.generate()
-        if what == "again":
-            wait_for("the web engine", trial.session.uses_engine)
-            print("shown: in the browser of the web engine")
-        trial.close()
-    except (DesktopError, subprocess.SubprocessError, OSError) as error:
+    code = exit_code("package_session", lambda: trial.all(what))
+    if code:
         screen_picture(Path(tree).parent / "failed.png")
-        print(f"package_session: {error}", file=sys.stderr)
-        return 1
-    finally:
-        trial.session.end()
-    return 0
+    trial.session.end()
+    return code
 
 
 if __name__ == "__main__":

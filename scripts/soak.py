@@ -13,7 +13,7 @@ import sys
 import tempfile
 import time
 
-from desktop_driver import DesktopError, Session, quick_click, run, screen_picture, wait_for
+from desktop_driver import DesktopError, Session, exit_code, expect, quick_click, run, screen_picture, wait_for
 
 PROJECT = "soak"
 POINT = 300, 440  # of the plain ground, where the program has nothing while it captures
@@ -22,15 +22,6 @@ FLAT = 20 * 1024  # kB
 AHEAD = 3  # clicks that wait while the one before is worked on
 
 Sample = collections.namedtuple("Sample", "rss pss files threads segments server")
-
-
-class Excess(Exception):
-    pass
-
-
-def expect(condition, what):
-    if not condition:
-        raise Excess(what)
 
 
 def kept_by_the_server():
@@ -218,16 +209,14 @@ class Soak:
 
 def main():
     soak = Soak(sys.argv[1])
-    try:
-        soak.all(int(sys.argv[2]), int(sys.argv[3]))
-    except (Excess, DesktopError, subprocess.SubprocessError) as error:
-        screen_picture(soak.session.folder / "failed.png")
-        print(f"soak: {error} ({soak.session.folder})", file=sys.stderr)
-        return 1
-    finally:
-        soak.session.end()
-    shutil.rmtree(soak.session.folder)
-    return 0
+    folder = soak.session.folder
+    code = exit_code(f"soak ({folder})", lambda: soak.all(int(sys.argv[2]), int(sys.argv[3])))
+    if code:
+        screen_picture(folder / "failed.png")
+    soak.session.end()
+    if not code:
+        shutil.rmtree(folder)
+    return code
 
 
 if __name__ == "__main__":

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/PrintJob.h"
-#include "platform/Prompter.h"
+#include "platform/UnattendedPrompter.h"
 #include "state/Progress.h"
 #include "state/Workspace.h"
 
@@ -10,7 +9,7 @@
 
 /// Stands for the user where there is nobody to ask: messages go to standard error, and what has to be
 /// answered is answered so that the documents of a project are written anew.
-class ConsolePrompter : public Prompter
+class ConsolePrompter : public UnattendedPrompter
 {
 public:
     /// Writes "shotly: text" to standard error, lines joined.
@@ -21,13 +20,6 @@ public:
 
     void tell(Question which, const PromptText &prompt) override;
     Answer ask(Question, Buttons, const PromptText &) override { return Answer::Yes; }
-    std::optional<QString> input(Question, const PromptText &, const QString &) override { return {}; }
-    std::optional<QString> openFile(Question, const FilePrompt &) override { return {}; }
-    std::optional<QString> saveFile(Question, const FilePrompt &) override { return {}; }
-    std::optional<QString> pickFolder(Question, const QString &, const QString &) override { return {}; }
-    std::unique_ptr<PrintJob> choosePrinter(Question) override { return nullptr; }
-    std::optional<QColor> chooseColour(Question, QColor) override { return {}; }
-    std::optional<QFont> chooseFont(Question, const QFont &) override { return {}; }
 
 private:
     bool m_complained = false;

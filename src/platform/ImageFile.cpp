@@ -108,14 +108,6 @@ QImage decoded(const QByteArray &bytes, const QString &path)
     return plain;
 }
 
-QByteArray allBytes(InputFile &file)
-{
-    file.seek(0);
-    QByteArray bytes(file.size(), Qt::Uninitialized);
-    bytes.truncate(file.read(bytes.data(), bytes.size()));
-    return bytes;
-}
-
 std::uint64_t hashOf(QByteArrayView bytes)
 {
     ByteHash hash;
@@ -285,7 +277,7 @@ QImage ImageFile::load(const QString &path)
     QImage picture;
     if (const auto header = headerOf(file, path))
         picture = loadBitmap(file, *header);
-    return picture.isNull() ? decoded(allBytes(file), path) : picture;
+    return picture.isNull() ? decoded(file.readAll(), path) : picture;
 }
 
 bool ImageFile::edit(const QString &path, std::uint64_t hash, RowRange rows, const Paint &paint)
@@ -297,7 +289,7 @@ bool ImageFile::edit(const QString &path, std::uint64_t hash, RowRange rows, con
                 return editBitmap(file, *header, path, hash, rows, paint);
             } catch (const RunTimeError &) {
                 // What need not be written may be refused.
-                if (hashOf(allBytes(file)) != hash)
+                if (hashOf(file.readAll()) != hash)
                     return false;
                 if (!first)
                     throw;
@@ -305,7 +297,7 @@ bool ImageFile::edit(const QString &path, std::uint64_t hash, RowRange rows, con
             }
         }
     }
-    const QByteArray bytes = allBytes(file);
+    const QByteArray bytes = file.readAll();
     QImage picture = decoded(bytes, path);
     if (hashOf(bytes) != hash)
         return false;

@@ -39,6 +39,14 @@ qsizetype InputFile::readSome(char *target, qsizetype count)
     }
 }
 
+QByteArray InputFile::readAll()
+{
+    seek(0);
+    QByteArray bytes(m_size, Qt::Uninitialized);
+    bytes.truncate(read(bytes.data(), bytes.size()));
+    return bytes;
+}
+
 void InputFile::seek(qint64 offset)
 {
     if (::lseek(m_descriptor.number(), offset, SEEK_SET) < 0)

@@ -2,6 +2,7 @@
 
 #include "platform/FileDescriptor.h"
 
+#include <QByteArray>
 #include <QString>
 
 /// A file that is read in pieces, one after the other, without a buffer in between.
@@ -19,6 +20,9 @@ public:
 
     /// What is there of the next `count` bytes, which may be less when the file is a pipe; 0 at its end.
     qsizetype readSome(char *target, qsizetype count);
+
+    /// The whole file from its beginning, as far as it was there when it was opened. Throws RunTimeError.
+    QByteArray readAll();
 
     /// The next piece begins at `offset`.
     void seek(qint64 offset);

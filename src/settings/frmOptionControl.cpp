@@ -1,5 +1,7 @@
 #include "settings/frmOptionControl.h"
 
+#include "platform/qt/ThemedIcon.h"
+
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -7,7 +9,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QRadioButton>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,6 +19,7 @@ namespace
 constexpr int longestText = 255;   // longer values are cut when the file is read
 constexpr int widestCaption = 420; // pixels
 constexpr int widestList = 330;
+constexpr int swatchSize = 14;
 
 QString shownPart(const QString &entry)
 {
@@ -27,16 +29,6 @@ QString shownPart(const QString &entry)
 QString storedPart(const QString &entry)
 {
     return entry.section(u'|', -1);
-}
-
-QIcon swatch(const QColor &colour)
-{
-    QPixmap square(14, 14);
-    square.fill(colour);
-    QPainter painter(&square);
-    painter.setPen(Qt::gray);
-    painter.drawRect(0, 0, 13, 13);
-    return {square};
 }
 
 /// Buttons break no lines by themselves.
@@ -97,7 +89,7 @@ void OptionControl::makeChoice(QWidget *parent)
         auto *button = new QRadioButton(m_row.entries[i], m_widget);
         button->setObjectName(u"%1_%2"_s.arg(m_row.control).arg(i));
         if (m_row.colour)
-            button->setIcon(swatch(m_row.colour(i)));
+            button->setIcon(colourSwatch(m_row.colour(i), swatchSize));
         m_choice->addButton(button, i);
         line->addWidget(button);
     }
@@ -114,7 +106,7 @@ void OptionControl::makeCombo(QWidget *parent)
     for (int i = 0; i < static_cast<int>(m_row.entries.size()); ++i) {
         m_combo->addItem(shownPart(m_row.entries[i]), storedPart(m_row.entries[i]));
         if (m_row.colour)
-            m_combo->setItemIcon(i, swatch(m_row.colour(i)));
+            m_combo->setItemIcon(i, colourSwatch(m_row.colour(i), swatchSize));
     }
     m_line = m_combo->lineEdit();
     m_line->setMaxLength(longestText);

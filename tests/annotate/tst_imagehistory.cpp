@@ -1,22 +1,11 @@
 #include "annotate/ImageHistory.h"
 
+#include "support/NumberedPicture.h"
+
 #include <gtest/gtest.h>
 
 namespace
 {
-/// A picture that tells its number.
-QImage picture(int number)
-{
-    QImage image(4, 3, QImage::Format_RGB32);
-    image.fill(QColor(number, 0, 0));
-    return image;
-}
-
-int numberOf(const QImage &image)
-{
-    return image.isNull() ? -1 : image.pixelColor(0, 0).red();
-}
-
 class ImageHistoryTest : public ::testing::Test
 {
 protected:
@@ -25,7 +14,7 @@ protected:
     /// As drawing does: a new entry, and Undo can be used.
     void draw(int number)
     {
-        history.push(picture(number));
+        history.push(numbered(number));
         history.setUndoEnabled(true);
     }
     int undo() { return numberOf(history.undo(false)); }
@@ -40,7 +29,7 @@ using Buttons = std::array<bool, 2>;
 
 TEST_F(ImageHistoryTest, UndoGoesBackToTheFirstLoadedPictureAndRedoToTheNewest)
 {
-    history.push(picture(10)); // loaded: slot 1
+    history.push(numbered(10)); // loaded: slot 1
     EXPECT_EQ(buttons(), (Buttons{false, false}));
     draw(11);
     draw(12);
@@ -62,7 +51,7 @@ TEST_F(ImageHistoryTest, UndoGoesBackToTheFirstLoadedPictureAndRedoToTheNewest)
 
 TEST_F(ImageHistoryTest, DrawingAfterUndoEndsTheRoadToWhatWasUndone)
 {
-    history.push(picture(1));
+    history.push(numbered(1));
     draw(2);
     draw(3);
     draw(4);
@@ -116,7 +105,7 @@ TEST_F(ImageHistoryTest, TheOldestMovesOnWithTheRingAndEndsUndo)
 
 TEST_F(ImageHistoryTest, StayingTakesBackWhatWasDrawnSinceTheLastEntry)
 {
-    history.push(picture(1));
+    history.push(numbered(1));
     draw(2);
     draw(3);
     EXPECT_EQ(numberOf(history.undo(true)), 3);
@@ -128,7 +117,7 @@ TEST_F(ImageHistoryTest, AResetLeavesOnePicture)
 {
     for (int number = 1; number <= 12; ++number)
         draw(number);
-    history.reset(picture(30));
+    history.reset(numbered(30));
     EXPECT_EQ(places(), (Places{0, 0, 0}));
     EXPECT_EQ(buttons(), (Buttons{false, false}));
     EXPECT_EQ(redo(), 30) << "no other slot is left";
@@ -137,8 +126,8 @@ TEST_F(ImageHistoryTest, AResetLeavesOnePicture)
 
 TEST_F(ImageHistoryTest, EqualPicturesShareTheirPixels)
 {
-    const QImage first = picture(7);
+    const QImage first = numbered(7);
     history.push(first);
-    history.push(picture(7));
+    history.push(numbered(7));
     EXPECT_EQ(history.undo(true).constBits(), first.constBits());
 }

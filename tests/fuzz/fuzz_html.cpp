@@ -4,7 +4,7 @@
 
 #include "documents/HtmlPageWriter.h"
 #include "documents/HtmlText.h"
-#include "platform/PrintJob.h"
+#include "platform/UnattendedPrompter.h"
 
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -13,21 +13,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-/// Nobody: the bytes of a page need no answer.
-class NoPrompter : public Prompter
-{
-public:
-    void tell(Question, const PromptText &) override {}
-    Answer ask(Question, Buttons, const PromptText &) override { return Answer::Cancel; }
-    std::optional<QString> input(Question, const PromptText &, const QString &) override { return {}; }
-    std::optional<QString> openFile(Question, const FilePrompt &) override { return {}; }
-    std::optional<QString> saveFile(Question, const FilePrompt &) override { return {}; }
-    std::optional<QString> pickFolder(Question, const QString &, const QString &) override { return {}; }
-    std::unique_ptr<PrintJob> choosePrinter(Question) override { return nullptr; }
-    std::optional<QColor> chooseColour(Question, QColor) override { return {}; }
-    std::optional<QFont> chooseFont(Question, const QFont &) override { return {}; }
-};
-
 /// What a browser makes of the bytes, read by a decoder of somebody else's.
 QString shown(const QByteArray &bytes)
 {
@@ -72,7 +57,7 @@ QList<QByteArray> tags(const QByteArray &page)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     static Module1 state;
-    static NoPrompter prompter;
+    static UnattendedPrompter prompter;
     const QList<QByteArray> parts = Fuzz::parts(data, size, 6);
     const auto text = [&parts](int index) { return Fuzz::text(parts[index]); };
 

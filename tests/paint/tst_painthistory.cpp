@@ -1,22 +1,11 @@
 #include "paint/PaintHistory.h"
 
+#include "support/NumberedPicture.h"
+
 #include <gtest/gtest.h>
 
 namespace
 {
-/// A picture that tells its number.
-QImage numbered(int number)
-{
-    QImage image(4, 3, QImage::Format_RGB32);
-    image.fill(QColor(number, 0, 0));
-    return image;
-}
-
-int numberOf(const QImage &image)
-{
-    return image.isNull() ? -1 : image.pixelColor(0, 0).red();
-}
-
 class PaintHistoryTest : public ::testing::Test
 {
 protected:

@@ -30,14 +30,6 @@ struct Encoded {
     QByteArray bytes;
 };
 
-QByteArray allBytes(InputFile &file)
-{
-    file.seek(0);
-    QByteArray bytes(file.size(), Qt::Uninitialized);
-    bytes.truncate(file.read(bytes.data(), bytes.size()));
-    return bytes;
-}
-
 EncodedPicture describePng(const PngShape &shape, qint64 size)
 {
     return {EncodedPicture::Format::Png, shape.pixels, size, shape.colorType == PngShape::Rgb ? 3 : 1,
@@ -59,7 +51,7 @@ std::optional<Encoded> takenOver(const QString &path)
     const bool png = PngShape::isPng(read);
     if (!png && !JpegShape::isJpeg(read))
         return std::nullopt;
-    Encoded result{{}, allBytes(file)};
+    Encoded result{{}, file.readAll()};
     const qint64 size = result.bytes.size();
     if (png) {
         const auto shape = PngShape::parse(result.bytes);

@@ -21,6 +21,7 @@ constexpr int middle = 128;
 constexpr int paperDepth = 130;      // percent
 constexpr int disabledOpacity = 115; // of 255
 constexpr QRgb paper = 0xffffff;
+constexpr QRgb swatchEdge = 0x64748b;
 
 struct Replacement {
     QRgb onLight;
@@ -144,6 +145,15 @@ QIcon themedIcon(const QString &name, QSize size, const std::function<void(QPain
     return QIcon(new ThemedIconEngine(name, scaled));
 }
 
+QIcon colourSwatch(const QColor &colour, int size)
+{
+    return themedIcon(u"swatch "_s + colour.name(), {size, size}, [colour, size](QPainter &painter) {
+        painter.setPen(themedColour(swatchEdge));
+        painter.setBrush(colour);
+        painter.drawRect(0, 0, size - 1, size - 1);
+    });
+}
+
 QColor themedColour(QRgb drawn)
 {
     const QRgb colour = drawn & RGB_MASK;
@@ -158,7 +168,7 @@ QColor themedColour(QRgb drawn)
 
 QColor faultColour(const QColor &ground)
 {
-    return ground.lightness() < 128 ? QColor(0xff, 0x7b, 0x72) : QColor(0xc0, 0x00, 0x00);
+    return isDark(ground) ? QColor(0xff, 0x7b, 0x72) : QColor(0xc0, 0x00, 0x00);
 }
 
 IconPicture::IconPicture(const QIcon &icon, QSize size, QWidget *parent) : QWidget(parent), m_icon(icon)

@@ -18,6 +18,9 @@ QIcon themedIcon(const QString &name);
 /// for the picture in the cache: no two pictures share one.
 QIcon themedIcon(const QString &name, QSize size, const std::function<void(QPainter &)> &draw);
 
+/// A square of `size` pixels a side, filled with `colour` and with an edge that white and silver need.
+QIcon colourSwatch(const QColor &colour, int size);
+
 /// What stands for a colour of the icons on the ground of the present palette; a colour that no icon has
 /// stays.
 QColor themedColour(QRgb drawn);

@@ -6,6 +6,7 @@
 #include "platform/linux/SystemError.h"
 #include "platform/sqlite/SqliteDatabase.h"
 #include "platform/sqlite/SqliteFile.h"
+#include "platform/sqlite/SqliteReason.h"
 
 #include <QFile>
 
@@ -81,33 +82,16 @@ private:
     bool m_finished = false;
 };
 
-QString reasonOf(int code, sqlite3 *database)
-{
-    switch (code & 0xff) {
-    case SQLITE_BUSY:
-        return u"another program has locked it"_s;
-    case SQLITE_FULL:
-        return u"the disk is full"_s;
-    case SQLITE_CORRUPT:
-        return u"it is damaged"_s;
-    default:
-        break;
-    }
-    if (const int system = database ? sqlite3_system_errno(database) : 0)
-        return QString::fromStdString(std::generic_category().message(system));
-    return QString::fromUtf8(sqlite3_errstr(code));
-}
-
 [[noreturn]] void failToRead(const QString &source, int code, sqlite3 *database)
 {
-    throw RunTimeError(RunTimeError::DatabaseError,
-                       u"Cannot read the database file \"%1\": %2"_s.arg(source, reasonOf(code, database)));
+    throw RunTimeError(RunTimeError::DatabaseError, u"Cannot read the database file \"%1\": %2"_s.arg(
+                                                        source, SqliteReason::of(code, database)));
 }
 
 [[noreturn]] void failToWrite(const QString &target, int code, sqlite3 *database)
 {
     throw RunTimeError((code & 0xff) == SQLITE_FULL ? RunTimeError::DiskFull : RunTimeError::DatabaseError,
-                       u"Cannot write the file \"%1\": %2"_s.arg(target, reasonOf(code, database)));
+                       u"Cannot write the file \"%1\": %2"_s.arg(target, SqliteReason::of(code, database)));
 }
 
 int open(const QString &path, Handle &handle)

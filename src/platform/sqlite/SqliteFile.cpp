@@ -3,6 +3,7 @@
 #include "platform/RunTimeError.h"
 #include "platform/sqlite/DatabaseErrors.h"
 #include "platform/sqlite/LikeFunction.h"
+#include "platform/sqlite/SqliteReason.h"
 
 #include <cctype>
 #include <cstring>
@@ -14,12 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-QString systemReason(sqlite3 *database, const QString &message)
-{
-    const int code = sqlite3_system_errno(database);
-    return code == 0 ? message : QString::fromLocal8Bit(std::strerror(code));
-}
-
 bool onlyBlanks(std::string_view text)
 {
     return text.find_first_not_of(" \t\r\n;") == std::string_view::npos;
@@ -174,37 +169,17 @@ void SqliteFile::rollBackTransaction() noexcept
 void SqliteFile::fail()
 {
     // Without memory there is not even a connection to ask.
-    const int code = m_database ? sqlite3_errcode(m_database.get()) : SQLITE_NOMEM;
-    const QString message =
-        QString::fromUtf8(m_database ? sqlite3_errmsg(m_database.get()) : sqlite3_errstr(SQLITE_NOMEM));
-    const int primary = code & 0xff;
-    if (primary == SQLITE_ERROR || primary == SQLITE_CONSTRAINT)
-        throw RunTimeError(statementErrorNumber(primary, message),
+    const int code = m_database ? sqlite3_errcode(m_database.get()) & 0xff : SQLITE_NOMEM;
+    if (code == SQLITE_ERROR || code == SQLITE_CONSTRAINT) {
+        const QString message = QString::fromUtf8(sqlite3_errmsg(m_database.get()));
+        throw RunTimeError(statementErrorNumber(code, message),
                            u"%1 (database file \"%2\")"_s.arg(message, m_path));
-    throw RunTimeError(RunTimeError::DatabaseError,
-                       u"Cannot use the database file \"%1\": %2"_s.arg(m_path, reasonOf(primary, message)));
-}
-
-QString SqliteFile::reasonOf(int code, const QString &message)
-{
-    switch (code) {
-    case SQLITE_CANTOPEN:
-    case SQLITE_IOERR:
-        return systemReason(m_database.get(), message);
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        return u"another program has locked it"_s;
-    case SQLITE_READONLY:
-        return u"it is write-protected"_s;
-    case SQLITE_FULL:
-        return u"the disk is full"_s;
-    case SQLITE_NOTADB:
-        return u"it is not a database"_s;
-    case SQLITE_CORRUPT:
-        return u"it is damaged (%1)"_s.arg(firstFinding());
-    default:
-        return message;
     }
+    QString reason = SqliteReason::of(code, m_database.get());
+    if (code == SQLITE_CORRUPT)
+        reason += u" (%1)"_s.arg(firstFinding());
+    throw RunTimeError(RunTimeError::DatabaseError,
+                       u"Cannot use the database file \"%1\": %2"_s.arg(m_path, reason));
 }
 
 QString SqliteFile::firstFinding()

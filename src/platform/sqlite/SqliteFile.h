@@ -58,7 +58,6 @@ public:
 private:
     void refuseAfterRollBack() const;
     [[noreturn]] void fail();
-    QString reasonOf(int code, const QString &message);
     QString firstFinding();
 
     QString m_path;
