@@ -3,6 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/RunningInstance.h"
 #include "support/FakeClock.h"
+#include "support/OddNames.h"
 #include "support/TestPages.h"
 
 #include <QCoreApplication>
@@ -174,15 +175,7 @@ static QStringList referencesOf(const QByteArray &html, const QByteArray &before
 
 TEST_F(ProgramTest, FileNamesOfAnyKindLeadToTheirFiles)
 {
-    const QStringList names = {u"a b"_s,
-                               u"it's \"quoted\""_s,
-                               u"$(touch x);`touch y`|&"_s,
-                               u"..x"_s,
-                               u"line\nbreak"_s,
-                               u"<script>alert(1)<"_s,
-                               u"' onmouseover='alert(1)"_s,
-                               u"100%41#top?query:file\\n"_s,
-                               u"\u00f6"_s.repeated(125) + u'x'}; // 255 bytes with its ending
+    const QStringList names = oddNames();
     for (int i = 0; i < names.size(); ++i) {
         const QString picture = inProject(names[i] + u".bmp"_s);
         EXPECT_TRUE(QImage(8, 8, QImage::Format_RGB32).save(picture));

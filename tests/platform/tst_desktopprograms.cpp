@@ -1,5 +1,6 @@
 #include "FileChecks.h"
 #include "platform/linux/DesktopPrograms.h"
+#include "support/OddNames.h"
 
 #include <QTemporaryDir>
 
@@ -35,8 +36,8 @@ protected:
     QString install(const char *name) const
     {
         const QString path = m_folder.filePath(QString::fromLatin1(name));
-        putFile(path, QByteArray("#!/bin/sh\n{ printf '") + name + "'; printf '|%s' \"$@\"; echo; } >'" +
-                          m_pipeName.toUtf8() + "'\n");
+        putFile(path, QByteArray("#!/bin/sh\n{ printf '") + name +
+                          "'; printf '|%s' \"$@\"; printf '\\001'; } >'" + m_pipeName.toUtf8() + "'\n");
         QFile(path).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
         return path;
     }
@@ -46,7 +47,7 @@ protected:
         QByteArray line;
         pollfd ready{m_pipe, POLLIN, 0};
         char character = 0;
-        while (::poll(&ready, 1, 20'000) == 1 && ::read(m_pipe, &character, 1) == 1 && character != '\n')
+        while (::poll(&ready, 1, 20'000) == 1 && ::read(m_pipe, &character, 1) == 1 && character != '\1')
             line.append(character);
         return QString::fromUtf8(line);
     }
@@ -73,6 +74,13 @@ TEST_F(DesktopProgramsTest, thePaintProgramIsTheGivenOneOrTheFirstInstalled)
     EXPECT_EQ(painting(QStringLiteral("drawing --new \"two words\"")), 0);
     EXPECT_EQ(called(), QStringLiteral("drawing|--new|two words|") + m_picture);
     EXPECT_EQ(painting(QStringLiteral("missing")), RunTimeError::CannotCreateObject);
+
+    for (const QString &name : oddNames()) {
+        m_picture = m_folder.filePath(name);
+        putFile(m_picture, "x");
+        EXPECT_EQ(painting(QStringLiteral("gimp")), 0);
+        EXPECT_EQ(called(), QStringLiteral("gimp|") + m_picture);
+    }
 
     m_programs.paint(QStringLiteral("gimp"), {}); // without a picture there is no argument
     EXPECT_EQ(called(), QStringLiteral("gimp|")); // printf repeats its format once, with nothing

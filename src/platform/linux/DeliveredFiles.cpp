@@ -88,10 +88,7 @@ public:
     {
         QByteArrayList lines;
         try {
-            InputFile file(m_path);
-            QByteArray bytes(file.size(), '\0');
-            bytes.truncate(file.read(bytes.data(), bytes.size()));
-            lines = bytes.split('\n');
+            lines = InputFile(m_path).readAll().split('\n');
         } catch (const RunTimeError &) {
             return; // there is none yet
         }

@@ -1,9 +1,8 @@
 #include "platform/qt/SpellingDialog.h"
 
-#include "platform/qt/ThemedIcon.h"
-
 #include "platform/linux/SpellingSession.h"
 #include "platform/qt/Guarded.h"
+#include "platform/qt/ThemedIcon.h"
 
 #include <QGridLayout>
 #include <QLabel>

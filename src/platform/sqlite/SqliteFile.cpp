@@ -6,7 +6,6 @@
 #include "platform/sqlite/SqliteReason.h"
 
 #include <cctype>
-#include <cstring>
 #include <sqlite3.h>
 #include <string_view>
 #include <utility>
