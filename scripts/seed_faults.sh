@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Shows that the tests catch what they claim: puts one fault after the other into a copy of the tree, builds the
 # test that must notice it, and runs it.
-# Usage: seed_faults.sh [FILE...]   (default: all of tests/faults/*.txt)
+# Usage: seed_faults.sh [--fit] [FILE...]   (default: all of tests/faults/*.txt)
+# With --fit nothing is built: names the faults that are stale.
 #
 # A fault is three lines; an empty line ends it, and lines that begin with "#" say what it is:
 #   file src/platform/AtomicFile.cpp
@@ -13,6 +14,11 @@
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+fit=
+if [[ ${1:-} == --fit ]]; then
+    fit=yes
+    shift
+fi
 lists=()
 for list in "$@"; do
     lists+=("$(realpath "$list")")
@@ -20,7 +26,7 @@ done
 ((${#lists[@]})) || lists=("$root"/tests/faults/*.txt)
 
 # Desktop tests need one; the others do not mind.
-if [[ -z ${SHOTLY_FAULTS_ON_DESKTOP:-} ]]; then
+if [[ -z $fit && -z ${SHOTLY_FAULTS_ON_DESKTOP:-} ]]; then
     exec env SHOTLY_FAULTS_ON_DESKTOP=1 "$root/scripts/with-desktop.sh" "$root/scripts/seed_faults.sh" "${lists[@]}"
 fi
 
@@ -28,12 +34,14 @@ copy=$root/build/faults
 log=$copy/last.log
 mkdir -p "$copy"
 cd "$root"
-# Files that have not changed keep their times, so that a second run builds little.
-git ls-files -z --cached --others --exclude-standard |
-    while IFS= read -r -d '' name; do
-        [[ -f $name ]] || continue
-        cmp -s "$name" "$copy/$name" || { mkdir -p "$copy/$(dirname "$name")" && cp "$name" "$copy/$name"; }
-    done
+if [[ -z $fit ]]; then
+    # Files that have not changed keep their times, so that a second run builds little.
+    git ls-files -z --cached --others --exclude-standard |
+        while IFS= read -r -d '' name; do
+            [[ -f $name ]] || continue
+            cmp -s "$name" "$copy/$name" || { mkdir -p "$copy/$(dirname "$name")" && cp "$name" "$copy/$name"; }
+        done
+fi
 cd "$copy"
 
 builds() {
@@ -47,13 +55,15 @@ declare -A counts=([caught]=0 [missed]=0 [stale]=0 [broken]=0)
 declare -A sound=() # tests that pass without a fault
 judge() {
     local file=$1 command=$2 test=$3 verdict
-    if [[ -z ${sound[$test]:-} ]]; then
+    if [[ -z $fit && -z ${sound[$test]:-} ]]; then
         if builds "$test" && passes "$test"; then sound[$test]=yes; else sound[$test]=no; fi
     fi
     cp "$root/$file" "$copy/fault.original"
     sed -E "$command" "$copy/fault.original" >"$copy/fault.changed"
     if [[ $(diff "$copy/fault.original" "$copy/fault.changed" | grep -c '^<') != 1 ]]; then
         verdict=stale
+    elif [[ -n $fit ]]; then
+        return
     elif [[ ${sound[$test]} == no ]]; then
         verdict=broken
     else
@@ -92,5 +102,9 @@ for list in "${lists[@]}"; do
     done < <(cat "$list"; echo)
 done
 
-echo "caught ${counts[caught]}, missed ${counts[missed]}, stale ${counts[stale]}, broken ${counts[broken]}"
+if [[ -n $fit ]]; then
+    echo "${counts[stale]} faults are stale"
+else
+    echo "caught ${counts[caught]}, missed ${counts[missed]}, stale ${counts[stale]}, broken ${counts[broken]}"
+fi
 ((counts[missed] + counts[stale] + counts[broken] == 0))
