@@ -33,6 +33,10 @@ fi
 copy=$root/build/faults
 log=$copy/last.log
 mkdir -p "$copy"
+files=$(mktemp -d)
+trap 'rm -rf "$files"' EXIT
+original=$files/original
+changed=$files/changed
 cd "$root"
 if [[ -z $fit ]]; then
     # Files that have not changed keep their times, so that a second run builds little.
@@ -58,16 +62,16 @@ judge() {
     if [[ -z $fit && -z ${sound[$test]:-} ]]; then
         if builds "$test" && passes "$test"; then sound[$test]=yes; else sound[$test]=no; fi
     fi
-    cp "$root/$file" "$copy/fault.original"
-    sed -E "$command" "$copy/fault.original" >"$copy/fault.changed"
-    if [[ $(diff "$copy/fault.original" "$copy/fault.changed" | grep -c '^<') != 1 ]]; then
+    cp "$root/$file" "$original"
+    sed -E "$command" "$original" >"$changed"
+    if [[ $(diff "$original" "$changed" | grep -c '^<') != 1 ]]; then
         verdict=stale
     elif [[ -n $fit ]]; then
         return
     elif [[ ${sound[$test]} == no ]]; then
         verdict=broken
     else
-        cp "$copy/fault.changed" "$copy/$file"
+        cp "$changed" "$copy/$file"
         if ! builds "$test"; then
             verdict=broken
         elif passes "$test"; then
@@ -75,7 +79,7 @@ judge() {
         else
             verdict=caught
         fi
-        cp "$copy/fault.original" "$copy/$file"
+        cp "$original" "$copy/$file"
     fi
     counts[$verdict]=$((counts[$verdict] + 1))
     printf '%-7s %s: %s (%s)\n' "$verdict" "$file" "$command" "$test"
