@@ -119,6 +119,7 @@ TEST_F(MarkerTest, AChangedFileIsLeftAloneAndOneThatIsNoPictureIsAFailure)
     addShot({10, 10});
     marker.DrawPointerMarker(1, style, hash);
     const QByteArray once = read(state.ShotTable[1][ShotPath]);
+    state.ShotTable[1][ShotPointerX] = u"300"_s; // another mark would show
     marker.DrawPointerMarker(1, style, hash);
     EXPECT_EQ(read(state.ShotTable[1][ShotPath]), once);
     write(state.ShotTable[1][ShotPath], "no picture");

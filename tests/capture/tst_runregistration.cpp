@@ -136,6 +136,14 @@ TEST_F(RegistrationTest, WhateverInterruptedItOnlyTheRestIsDone)
     registration.offerAbandoned();
     EXPECT_EQ(pageNumbers(), u"8 9"_s);
     EXPECT_TRUE(journals().isEmpty());
+
+    // One page has gone since: the other one is not made twice.
+    leave(shots);
+    execute(u"delete from PageData where PageNumber=9"_s);
+    prompter.expectAsk(Question::RegisterAbandonedRun, Answer::Yes);
+    registration.offerAbandoned();
+    EXPECT_EQ(prompter.asked.back().title, u"Unfinished capture: 1 snapshots"_s);
+    EXPECT_EQ(pageNumbers(), u"8 9"_s);
 }
 
 TEST_F(RegistrationTest, OneBadSnapshotDoesNotKeepTheOthersFromTheirPages)

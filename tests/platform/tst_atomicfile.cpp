@@ -1,6 +1,7 @@
 #include "FileChecks.h"
 #include "platform/AtomicFile.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -132,7 +133,8 @@ TEST_F(AtomicFileTest, whatAKilledWriterLeftIsRemovedAndNothingElse)
     const int pipe = ::open(QFile::encodeName(path("pipe")).constData(), O_WRONLY);
     ASSERT_EQ(::write(pipe, "half", 4), 4);
     const auto temporary = [this] { return everything().section(u' ', 0, 0); };
-    while (QFileInfo(m_folder.filePath(temporary())).size() != 4) {
+    const QDeadlineTimer limit(20'000);
+    while (QFileInfo(m_folder.filePath(temporary())).size() != 4 && !limit.hasExpired()) {
     }
     AtomicFile::removeLeftOvers(m_folder.path()); // its writer lives
     EXPECT_TRUE(temporary().startsWith(u'.'));
