@@ -13,6 +13,7 @@ from pathlib import Path
 
 PINK = (0xFF, 0xD6, 0xE7)
 PATIENCE = 30  # seconds until something that must come is given up
+LOOKS = 50  # at windows that come and go, until that is given up
 
 
 class DesktopError(Exception):
@@ -45,6 +46,16 @@ def run(*words, check=True):
     return done.stdout.strip()
 
 
+def look(*words):
+    """The output of a program that looks at windows, as it is; nothing where it finds nothing. Such a program gives
+    up with an X error when a window goes, whoever's it is, while it looks: it looks again then."""
+    for _ in range(LOOKS):
+        done = subprocess.run([str(word) for word in words], capture_output=True, text=True, check=False)
+        if "X Error" not in done.stderr:
+            return done.stdout
+    raise DesktopError(f"{' '.join(map(str, words))}: {done.stderr.strip()}")
+
+
 def wait_for(what, condition, interval=0.03, patience=PATIENCE):
     """The condition's first true value; polls."""
     deadline = time.monotonic() + patience
@@ -64,8 +75,7 @@ class Window:
 
     @staticmethod
     def all(title):
-        found = run("xdotool", "search", "--onlyvisible", "--name", title, check=False)
-        return [Window(word) for word in found.split()]
+        return [Window(word) for word in look("xdotool", "search", "--onlyvisible", "--name", title).split()]
 
     @staticmethod
     def wait(title):
@@ -75,6 +85,13 @@ class Window:
         text = run("xwininfo", "-id", self.identifier)
         keys = "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"
         return tuple(int(re.search(rf"{key}: +(-?\d+)", text)[1]) for key in keys)
+
+    def size(self):
+        """Width and height; nothing of a window that has gone."""
+        try:
+            return self.rectangle()[2:]
+        except DesktopError:
+            return None
 
     def steady_rectangle(self):
         """Once the window manager has done with the window."""
@@ -168,7 +185,7 @@ def pink_area():
 
 
 def root_windows():
-    text = run("xwininfo", "-root", "-tree")
+    text = look("xwininfo", "-root", "-tree")
     pattern = re.compile(r"^ {5}(0x[0-9a-f]+) .*?(\d+)x(\d+)\+(-?\d+)\+(-?\d+)  \+(-?\d+)\+(-?\d+)$", re.M)
     return [
         (m[1], int(m[2]), int(m[3]), int(m[6]), int(m[7]))
@@ -237,32 +254,35 @@ class Session:
     # ---- its windows
 
     def windows(self):
-        """Title and window of everything that Shotly shows; dead programs and passing windows show nothing."""
-        found = run("xdotool", "search", "--onlyvisible", "--pid", self.shotly.pid, check=False).split()
-        names = run("xdotool", *[word for one in found for word in ("getwindowname", one)], check=False).split("\n")
-        return list(zip(names, map(Window, found))) if found and len(names) == len(found) else []
+        """Title and window of everything that Shotly shows; a dead program shows nothing."""
+        for _ in range(LOOKS):
+            found = look("xdotool", "search", "--onlyvisible", "--pid", self.shotly.pid).split()
+            if not found:
+                return []
+            ask = [word for one in found for word in ("getwindowname", one)]
+            done = subprocess.run(["xdotool", *ask], capture_output=True, text=True, check=False)
+            if done.returncode == 0:
+                return list(zip(done.stdout.split("\n"), map(Window, found)))
+        raise DesktopError("Shotly's windows come and go without an end")
 
     def main_window(self):
-        """The largest of the windows that bear the program's name; its messages do as well."""
-        if self.shotly.poll() is not None:
-            raise DesktopError(f"Shotly has ended with {self.shotly.returncode}")
-        named = [(window.rectangle(), window) for title, window in self.windows() if title == "Shotly"]
-        large = [(place, window) for place, window in named if place[2] >= 600 and place[3] >= 400]
-        return large[0][1] if large else None
+        """The large one of the windows that bear the program's name; its messages do as well."""
+        self.check_alive()
+        return next((window for title, window in self.windows() if self.is_main(title, window.size())), None)
+
+    @staticmethod
+    def is_main(title, size):
+        return title == "Shotly" and size is not None and size[0] >= 600 and size[1] >= 400
 
     def boxes(self):
         """Title and window of each message and question that is open."""
-        try:
-            main = self.main_window()
-            return [
-                (title, window)
-                for title, window in self.windows()
-                if title not in ("", "Shotly Stop Bar", "shotly")
-                and not (main and window.identifier == main.identifier)
-            ]
-        except DesktopError:
-            self.check_alive()
-            return []  # a window has gone in between
+        self.check_alive()
+        shown = [(title, window, window.size()) for title, window in self.windows()]
+        return [
+            (title, window)
+            for title, window, size in shown
+            if title not in ("", "Shotly Stop Bar", "shotly") and size and not self.is_main(title, size)
+        ]
 
     def check_alive(self):
         if self.shotly.poll() is not None:

@@ -87,8 +87,13 @@ protected:
         QProcess other;
         other.start(u"xterm"_s, {u"-geometry"_s, u"40x5-0-0"_s, u"-name"_s, u"somebody"_s});
         ASSERT_TRUE(other.waitForStarted());
-        xdotool({u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--classname"_s, u"somebody"_s,
-                 u"windowfocus"_s, u"--sync"_s});
+        // It gives up when a window, whoever's, goes while it looks: asked again then.
+        EXPECT_TRUE(QTest::qWaitFor(
+            [] {
+                return QProcess::execute(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--classname"_s,
+                                                        u"somebody"_s, u"windowfocus"_s, u"--sync"_s}) == 0;
+            },
+            desktopPatience));
         EXPECT_TRUE(QTest::qWaitFor([this] { return !window->isActiveWindow(); }, desktopPatience));
         const std::size_t before = user.asked.size();
         user.expectInput(Question::ShotDelay, std::nullopt);
